@@ -1,0 +1,6 @@
+// Multi-target operations in a child process, and the cancel flag.
+#ifndef ZANSONG_ASYNC_H_
+#define ZANSONG_ASYNC_H_
+
+
+#endif  // ZANSONG_ASYNC_H_

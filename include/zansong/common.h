@@ -1,0 +1,9 @@
+// Text and containers: TSString, string lists, conversions, system root, external programs.
+#ifndef ZANSONG_COMMON_H_
+#define ZANSONG_COMMON_H_
+
+#include "zansong/common/process.h"
+#include "zansong/common/sysroot.h"
+#include "zansong/common/tsstring.h"
+
+#endif  // ZANSONG_COMMON_H_

@@ -1,0 +1,98 @@
+// TSString: the byte-string value type that the whole library passes around
+// (paths, titles, SQL text, message lines).
+//
+// A TSString owns a heap buffer of exactly length+1 bytes whose last byte is
+// 0; the buffer is never null, so operator char*() can be handed to any
+// routine that takes a plain character pointer.  Every size-changing
+// operation reallocates to the exact new size.
+//
+// Positions given to and returned by the editing and searching operations
+// count from 1; element access (operator[]) counts from 0.  Out-of-range
+// positions are clamped as each operation states; nothing reports an error.
+//
+// Shift-JIS: lead bytes are 0x81-0x9F and 0xE0-0xFC.  The SJIS variants
+// (UpperCaseSJIS, LowerCaseSJIS, AnsiPosSJIS, SQLString mode 0) never treat
+// the trail byte of a two-byte character as a character of its own.
+#ifndef ZANSONG_COMMON_TSSTRING_H_
+#define ZANSONG_COMMON_TSSTRING_H_
+
+class TSString {
+ public:
+  TSString();
+  TSString(const char* text);  // NOLINT: implicit by design; null gives ""
+  // Copy of the first min(strlen(text), n) bytes.  With a null text: a
+  // buffer of n bytes whose first byte is 0 and whose length field is n,
+  // for the caller to fill.
+  TSString(const char* text, int n);
+  explicit TSString(int value);           // decimal, "-" when negative
+  explicit TSString(unsigned int value);  // decimal
+  // width >= 0: exactly width digits of (unsigned)value, zero-padded on the
+  // left, higher digits dropped.  width < 0: as TSString(int).
+  TSString(int value, int width);
+  // Copies take the length from the source's zero terminator.
+  TSString(const TSString& other);
+  TSString& operator=(const char* text);
+  TSString& operator=(const TSString& other);
+  ~TSString();
+
+  int Length() const { return length_; }
+  char& operator[](int i) const { return buffer_[i]; }
+  operator char*() { return buffer_; }  // NOLINT: the buffer itself
+  const char* c_str() const { return buffer_; }
+
+  TSString& operator+=(const TSString& other);
+
+  // Editing (positions from 1).
+  void Delete(int pos, int count);
+  void Insert(const TSString& s, int pos);
+  TSString SubString(int pos) const;
+  TSString SubString(int pos, int count) const;
+  void SetLength(int n);
+  void Trim();
+  void Strip(const TSString& set);
+  void UpperCase();
+  void LowerCase();
+  void UpperCaseSJIS();
+  void LowerCaseSJIS();
+
+  // Searching and conversion.
+  int AnsiPos(const TSString& sub) const;
+  int AnsiPosSJIS(const TSString& sub) const;
+  int ToInt() const;
+  long long ToLongLongInt() const;
+  // Doubles every "'" and "\"; mode 0 scans as Shift-JIS, any other mode
+  // byte-wise.  In place; returns *this.
+  TSString& SQLString(int mode);
+  // Doubles "'" and "\", puts esc before "#", "%" and "_".  In place.
+  TSString& SQLLikeStringUTF8(TSString esc);
+  // & < > " ' become their entities.  In place.
+  TSString& XMLEscapeString();
+
+ private:
+  // Replaces the buffer by a fresh one of n+1 bytes (uninitialised but for
+  // the terminator) and returns it.
+  char* Reallocate(int n);
+
+  char* buffer_;
+  int length_;
+};
+
+bool operator==(const TSString& a, const TSString& b);
+bool operator==(const TSString& a, const char* b);
+bool operator!=(const TSString& a, const TSString& b);
+bool operator!=(const TSString& a, const char* b);
+TSString operator+(const TSString& a, const TSString& b);
+
+// 1 when the whole string is valid Shift-JIS, else 0.
+int is_SJIS(TSString s);
+
+// Decimal text of value padded on the left with "0" to width bytes.
+TSString FormatInt(int width, int value);
+// value printed with "%" + spec + "f" (spec such as "3.1"); "" when spec
+// has no "." at position 2 or later or nothing after it.
+TSString FormatFloat(const TSString& spec, float value);
+// CSV field quoting: wrapped in double quotes when the text holds a tab,
+// space, apostrophe, comma or double quote; double quotes doubled.
+TSString DoubleQuoteString(const TSString& s);
+
+#endif  // ZANSONG_COMMON_TSSTRING_H_

@@ -1,0 +1,6 @@
+// Catalogue operations (FM_*, FH_*) and the user-interface message lines.
+#ifndef ZANSONG_FILEMAN_H_
+#define ZANSONG_FILEMAN_H_
+
+
+#endif  // ZANSONG_FILEMAN_H_

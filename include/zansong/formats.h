@@ -1,0 +1,6 @@
+// Song file formats: MIDI reader and title rewrite, WAV and MP3 information, piano-disk directories.
+#ifndef ZANSONG_FORMATS_H_
+#define ZANSONG_FORMATS_H_
+
+
+#endif  // ZANSONG_FORMATS_H_

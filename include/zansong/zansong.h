@@ -1,0 +1,14 @@
+// zansong: the song-file management library of a self-playing piano's
+// controller.  Including this header reaches everything the library
+// exports; each subsystem has its own umbrella header below.
+#ifndef ZANSONG_ZANSONG_H_
+#define ZANSONG_ZANSONG_H_
+
+#include "zansong/common.h"
+#include "zansong/db.h"
+#include "zansong/formats.h"
+#include "zansong/storage.h"
+#include "zansong/fileman.h"
+#include "zansong/async.h"
+
+#endif  // ZANSONG_ZANSONG_H_

@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds everything and runs the whole test suite.
+#   scripts/test.sh               build in build/, run the tests
+#   SANITIZE=1 scripts/test.sh    build in build-asan/ with AddressSanitizer
+#                                 and UndefinedBehaviorSanitizer, run the tests
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+./scripts/install-deps.sh
+
+sanitize=${SANITIZE:-0}
+if [ "$sanitize" = 1 ]; then
+  build=${BUILD_DIR:-build-asan}
+  flags=(-DZANSONG_SANITIZE=ON -DZANSONG_BUILD_BENCH=OFF -DCMAKE_BUILD_TYPE=Debug)
+  export ASAN_OPTIONS=${ASAN_OPTIONS:-abort_on_error=0:detect_leaks=1:halt_on_error=1}
+  export UBSAN_OPTIONS=${UBSAN_OPTIONS:-halt_on_error=1:print_stacktrace=1}
+else
+  build=${BUILD_DIR:-build}
+  flags=(-DCMAKE_BUILD_TYPE=RelWithDebInfo)
+fi
+
+cmake -S . -B "$build" -G Ninja -DZANSONG_WERROR=ON "${flags[@]}"
+cmake --build "$build"
+ctest --test-dir "$build" --output-on-failure -j"$(nproc)"
