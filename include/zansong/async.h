@@ -2,5 +2,6 @@
 #ifndef ZANSONG_ASYNC_H_
 #define ZANSONG_ASYNC_H_
 
+#include "zansong/async/cancel.h"
 
 #endif  // ZANSONG_ASYNC_H_

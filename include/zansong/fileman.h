@@ -2,5 +2,6 @@
 #ifndef ZANSONG_FILEMAN_H_
 #define ZANSONG_FILEMAN_H_
 
+#include "zansong/fileman/messages.h"
 
 #endif  // ZANSONG_FILEMAN_H_

@@ -2,5 +2,6 @@
 #ifndef ZANSONG_STORAGE_H_
 #define ZANSONG_STORAGE_H_
 
+#include "zansong/storage/files.h"
 
 #endif  // ZANSONG_STORAGE_H_
