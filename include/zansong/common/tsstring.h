@@ -69,9 +69,12 @@ class TSString {
   TSString& XMLEscapeString();
 
  private:
-  // Replaces the buffer by a fresh one of n+1 bytes (uninitialised but for
-  // the terminator) and returns it.
-  char* Reallocate(int n);
+  // Takes ownership of buffer (n+1 bytes, terminated) in place of the
+  // current one, which is freed.
+  void Adopt(char* buffer, int n);
+  // Replaces the contents by a copy of the n bytes at text (which may lie
+  // inside the current buffer).
+  void Assign(const char* text, int n);
 
   char* buffer_;
   int length_;
