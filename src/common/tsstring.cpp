@@ -5,6 +5,8 @@
 #include <cstring>
 #include <string>
 
+#include "zansong/common/convert.h"
+
 namespace {
 
 // Shift-JIS byte classes.
@@ -29,24 +31,6 @@ void ForEachSjisCharStart(const char* text, int length, Visit visit) {
     visit(i, lead);
     after_lead = lead;
   }
-}
-
-// Decimal digits of magnitude, most significant first, no leading zeros.
-std::string DecimalDigits(unsigned long long magnitude) {
-  char digits[24];
-  int n = 0;
-  do {
-    digits[n++] = static_cast<char>('0' + magnitude % 10);
-    magnitude /= 10;
-  } while (magnitude != 0);
-  std::string out;
-  while (n > 0) out.push_back(digits[--n]);
-  return out;
-}
-
-std::string SignedDecimal(long long value) {
-  if (value < 0) return "-" + DecimalDigits(0ULL - static_cast<unsigned long long>(value));
-  return DecimalDigits(static_cast<unsigned long long>(value));
 }
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
@@ -75,28 +59,23 @@ TSString::TSString(const char* text, int n) : buffer_(nullptr), length_(0) {
 }
 
 TSString::TSString(int value) : buffer_(nullptr), length_(0) {
-  const std::string text = SignedDecimal(value);
-  Assign(text.data(), static_cast<int>(text.size()));
+  char text[24];
+  Assign(text, IntToStr(value, text));
 }
 
 TSString::TSString(unsigned int value) : buffer_(nullptr), length_(0) {
-  const std::string text = DecimalDigits(value);
-  Assign(text.data(), static_cast<int>(text.size()));
+  char text[24];
+  Assign(text, UIntToStr(static_cast<long long>(value), text));
 }
 
 TSString::TSString(int value, int width) : buffer_(nullptr), length_(0) {
   if (width < 0) {
-    const std::string text = SignedDecimal(value);
-    Assign(text.data(), static_cast<int>(text.size()));
+    char text[24];
+    Assign(text, IntToStr(value, text));
     return;
   }
   char* out = new char[static_cast<size_t>(width) + 1];
-  unsigned int rest = static_cast<unsigned int>(value);
-  for (int i = width - 1; i >= 0; --i) {
-    out[i] = static_cast<char>('0' + rest % 10);
-    rest /= 10;
-  }
-  out[width] = 0;
+  UIntToStr(static_cast<unsigned int>(value), out, width);
   Adopt(out, width);
 }
 

@@ -23,6 +23,7 @@
 #ifndef ZANSONG_COMMON_STRING_LIST_H_
 #define ZANSONG_COMMON_STRING_LIST_H_
 
+#include <cstddef>
 #include <vector>
 
 #include "zansong/common/tsstring.h"
