@@ -25,7 +25,6 @@ int DirExists(const char* path);
 // path, or one without any "/").  "/" gives 1 and leaves out untouched.
 // On success, when out is not null and outsize > 0, writes the path as
 // spelled on disk, ending in "/", into out (cut to outsize - 1 bytes).
-// Paths longer than 255 bytes are cut to 255.
 int FH2_is_dir_exists(const char* path, char* out, int outsize);
 // 1 when the directory holds any entry other than "." and "..", 0 when it
 // holds none or cannot be opened.

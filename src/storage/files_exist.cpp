@@ -1,0 +1,140 @@
+// Existence tests and lookups that tolerate the letter case of names on disk.
+#include <strings.h>
+#include <sys/stat.h>
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "storage/files_handles.h"
+#include "zansong/common/file_util.h"
+#include "zansong/common/path.h"
+#include "zansong/storage/files.h"
+
+namespace {
+
+// Whether the entry read from a listing of dir is a directory.  File
+// systems that do not report entry types in the listing are asked with
+// stat (which follows links, as opening the path later would).
+bool IsDirectoryEntry(const std::string& dir, const dirent* entry) {
+  if (entry->d_type != DT_UNKNOWN) return (entry->d_type & DT_DIR) != 0;
+  struct stat st;
+  std::string path = dir + entry->d_name;
+  return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+// Case-insensitive lookup of one directory level: the parent (spelled as
+// on disk, ending in "/") must hold a directory named like component.  On
+// a match, *onDisk is the parent followed by the entry's name and "/".
+bool FindDirectoryEntry(const std::string& parent, const std::string& component,
+                        std::string* onDisk) {
+  zansong::DirectoryHandle dir(parent.c_str());
+  if (!dir.valid()) return false;
+  while (dirent* entry = dir.Next()) {
+    if (strcasecmp(entry->d_name, component.c_str()) != 0) continue;
+    if (!IsDirectoryEntry(parent, entry)) continue;
+    *onDisk = parent + entry->d_name + "/";
+    return true;
+  }
+  return false;
+}
+
+// The on-disk spelling of the absolute directory path, ending in "/", or
+// false when some component is missing.  "/" is its own spelling.
+bool ResolveDirectory(const std::string& path, std::string* onDisk) {
+  if (path.empty()) return false;
+  if (path == "/") {
+    *onDisk = path;
+    return true;
+  }
+  // The parent is what is left after dropping the last character and then
+  // everything after the last remaining "/".
+  if (path.size() < 2) return false;
+  std::string::size_type slash = path.find_last_of('/', path.size() - 2);
+  if (slash == std::string::npos) return false;
+  std::string parent = path.substr(0, slash + 1);
+  std::string component = path.substr(slash + 1);
+  if (!component.empty() && component.back() == '/') component.pop_back();
+
+  std::string parentOnDisk;
+  if (!ResolveDirectory(parent, &parentOnDisk)) return false;
+  return FindDirectoryEntry(parentOnDisk, component, onDisk);
+}
+
+// path with its last four characters (the extension) replaced by each of
+// spellings in turn: the name on disk for the first that exists, else "".
+TSString FindWithExtension(const char* path, const char* const* spellings, int count) {
+  TSString stem(path);
+  stem.SetLength(stem.Length() > 4 ? stem.Length() - 4 : 0);
+  for (int i = 0; i < count; ++i) {
+    TSString candidate = stem + spellings[i];
+    if (FileExists(candidate.c_str())) return FileExists2(candidate.c_str());
+  }
+  return TSString();
+}
+
+}  // namespace
+
+int FileExists(const char* path) { return FileExistsX(path); }
+
+int DirExists(const char* path) { return FH2_is_dir_exists(path, nullptr, 0); }
+
+int FH2_is_dir_exists(const char* path, char* out, int outsize) {
+  if (path == nullptr) return 0;
+  std::string onDisk;
+  if (!ResolveDirectory(path, &onDisk)) return 0;
+  // "/" is reported as existing without writing anything.
+  if (std::strcmp(path, "/") != 0 && out != nullptr && outsize > 0) {
+    std::snprintf(out, static_cast<size_t>(outsize), "%s", onDisk.c_str());
+  }
+  return 1;
+}
+
+int AnyFileExists(const char* dir) {
+  zansong::DirectoryHandle handle(dir);
+  if (!handle.valid()) return 0;
+  while (dirent* entry = handle.Next()) {
+    if (!zansong::IsDotEntry(entry->d_name)) return 1;
+  }
+  return 0;
+}
+
+TSString FileExists2(const char* path) {
+  TSString dirName = ExtractFileDirSX(path);
+  std::string dir = std::string(dirName.c_str()) + "/";
+  TSString wanted = ExtractFileNameSX(path);
+  wanted.UpperCase();
+
+  zansong::DirectoryHandle handle(dir.c_str());
+  if (!handle.valid()) return TSString();
+  while (dirent* entry = handle.Next()) {
+    if (IsDirectoryEntry(dir, entry)) continue;
+    TSString name(entry->d_name);
+    name.UpperCase();
+    if (name == wanted) return dirName + "/" + entry->d_name;
+  }
+  return TSString();
+}
+
+// Not every mixed-case spelling is tried: the ones with only the middle
+// letter in upper case are left out.
+TSString MidFileExists(const char* path) {
+  static const char* const kSpellings[] = {".MID", ".mid", ".Mid", ".MId", ".MiD", ".mID", ".miD"};
+  return FindWithExtension(path, kSpellings, 7);
+}
+
+TSString Mp3FileExists(const char* path) {
+  static const char* const kSpellings[] = {".MP3", ".mp3", ".Mp3", ".mP3"};
+  return FindWithExtension(path, kSpellings, 4);
+}
+
+TSString WavFileExists(const char* path) {
+  static const char* const kSpellings[] = {".WAV", ".wav", ".Wav", ".WAv", ".WaV", ".wAV", ".waV"};
+  return FindWithExtension(path, kSpellings, 7);
+}
+
+TSString ChangeNoDirAndSpaceName(const char* path) {
+  TSString name(path);
+  name.Strip(" ");
+  return ExtractFileNameSX(name);
+}
