@@ -1,0 +1,148 @@
+// TDBSongMan: display-order maintenance of albums, songs of an album,
+// playlists and playlist entries.
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "db/prefix.h"
+#include "db/sql.h"
+#include "zansong/db/dbsongman.h"
+
+using zansong::FormatSql;
+using zansong::IsPlaylistPrefix;
+using zansong::PrintFunctionError;
+using zansong::SqlText;
+using zansong::TextOrEmpty;
+
+namespace {
+
+// The table that holds the sequence chosen by id and prefix.
+const char* SequenceTable(int id, const char* prefix) {
+  if (IsPlaylistPrefix(prefix)) return id != 0 ? "psong" : "playlist";
+  return id != 0 ? "song" : "album";
+}
+
+// Gives the rows whose keys are listed, in list order, the positions 1, 2,
+// 3, ... in table; stops at the first failed update.  1 or 0.
+int Renumber(TDBSongMan& man, const char* table, const std::vector<int>& keys) {
+  int order = 1;
+  for (int key : keys) {
+    if (!man.SetOrder(table, key, order++)) return 0;
+  }
+  return 1;
+}
+
+// The key after the last tab of a path-list entry.
+int KeyOfEntry(const std::string& entry) {
+  std::string::size_type tab = entry.rfind('\t');
+  return std::atoi(entry.c_str() + (tab == std::string::npos ? 0 : tab + 1));
+}
+
+// Sorts path-list entries as byte strings and renumbers the rows of table
+// by them.  1 or 0.
+int RenumberByPath(TDBSongMan& man, const char* table, std::list<std::string>& entries) {
+  std::vector<std::string> sorted(entries.begin(), entries.end());
+  std::sort(sorted.begin(), sorted.end());  // char_traits<char> compares as unsigned bytes
+  std::vector<int> keys;
+  keys.reserve(sorted.size());
+  for (const std::string& entry : sorted) keys.push_back(KeyOfEntry(entry));
+  return Renumber(man, table, keys);
+}
+
+}  // namespace
+
+int TDBSongMan::GetMaxOrder(int id, char const* prefix) {
+  SqlText sql =
+      IsPlaylistPrefix(prefix)
+          ? (id != 0 ? FormatSql("SELECT MAX(disp_order) FROM psong WHERE playlist_id = %d", id)
+                     : FormatSql("SELECT MAX(disp_order) FROM playlist"))
+          : (id != 0 ? FormatSql("SELECT MAX(disp_order) FROM song WHERE album_id = %d", id)
+                     : FormatSql("SELECT MAX(disp_order) FROM album WHERE pfix = '%q'",
+                                 TextOrEmpty(prefix)));
+  return zansong::ReadFirstInt(db.get(), sql.get(), 0);
+}
+
+int TDBSongMan::SetOrder(char const* table, int id, int order) {
+  const char* t = TextOrEmpty(table);
+  SqlText sql = FormatSql("UPDATE %q SET disp_order = %d WHERE %q_id =%d", t, order, t, id);
+  if (Query(sql.get())) return 1;
+  PrintFunctionError("SetOrder");
+  return 0;
+}
+
+int TDBSongMan::CheckOrder(int id, char const* prefix) {
+  SqlText sql =
+      IsPlaylistPrefix(prefix)
+          ? (id != 0
+                 ? FormatSql(
+                       "SELECT disp_order FROM psong WHERE playlist_id = %d order by disp_order",
+                       id)
+                 : FormatSql("SELECT disp_order FROM playlist order by disp_order"))
+          : (id != 0
+                 ? FormatSql("SELECT disp_order FROM song WHERE album_id = %d order by disp_order",
+                             id)
+                 : FormatSql("SELECT disp_order FROM album  WHERE pfix = '%q' order by disp_order",
+                             TextOrEmpty(prefix)));
+  int previous = 0;
+  bool sound = true;
+  bool done = zansong::ForEachRow(db.get(), sql.get(), [&](sqlite3_stmt* row) {
+    int order = sqlite3_column_int(row, 0);
+    if (order <= previous) sound = false;
+    previous = order;
+  });
+  return done && sound ? 1 : 0;
+}
+
+int TDBSongMan::ChangeOrder(std::list<int>& ids, int id, char const* prefix, int pos) {
+  int n = static_cast<int>(ids.size());
+  SqlText shift =
+      IsPlaylistPrefix(prefix)
+          ? (id != 0 ? FormatSql("UPDATE psong SET disp_order = disp_order + %d WHERE disp_order "
+                                 "> %d and playlist_id = %d",
+                                 n, pos - 1, id)
+                     : FormatSql("UPDATE playlist SET disp_order = disp_order + %d WHERE "
+                                 "disp_order > %d",
+                                 n, pos - 1))
+          : (id != 0 ? FormatSql("UPDATE song SET disp_order = disp_order + %d WHERE disp_order "
+                                 "> %d and album_id = %d",
+                                 n, pos - 1, id)
+                     : FormatSql("UPDATE album SET disp_order = disp_order + %d WHERE disp_order "
+                                 "> %d and pfix = '%q'",
+                                 n, pos - 1, TextOrEmpty(prefix)));
+  int shifted = Query(shift.get());
+  const char* table = SequenceTable(id, prefix);
+  int order = pos;
+  // A failed single move leaves that row where the shift put it; the
+  // following ReOrder still yields a sound sequence.
+  for (int key : ids) SetOrder(table, key, order++);
+  if (!shifted) PrintFunctionError("ChangeOrder");
+  return shifted;
+}
+
+int TDBSongMan::ReOrder(int id, char const* prefix) {
+  std::list<int> ids;
+  int ok = GetIDList(ids, id, prefix);
+  if (ok) ok = Renumber(*this, SequenceTable(id, prefix), std::vector<int>(ids.begin(), ids.end()));
+  if (!ok) PrintFunctionError("ReOrder");
+  return ok;
+}
+
+int TDBSongMan::SortSongByPath(char const* pfix) {
+  std::list<std::string> entries;
+  int ok = GetSongPathList2(entries, pfix);
+  if (ok) ok = RenumberByPath(*this, "song", entries);
+  if (!ok) PrintFunctionError("ReOrder");
+  return ok;
+}
+
+int TDBSongMan::ResetAlbumOrderAndPath(char const* /*root*/, char const* pfix) {
+  // Only the order is rewritten; the album paths stay as stored.
+  std::list<std::string> entries;
+  int ok = GetAlbumPathList2(entries, pfix);
+  if (ok) ok = RenumberByPath(*this, "album", entries);
+  if (!ok) PrintFunctionError("ReOrder");
+  return ok;
+}
