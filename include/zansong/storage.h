@@ -3,5 +3,8 @@
 #define ZANSONG_STORAGE_H_
 
 #include "zansong/storage/files.h"
+#include "zansong/storage/naming.h"
+#include "zansong/storage/package.h"
+#include "zansong/storage/scan.h"
 
 #endif  // ZANSONG_STORAGE_H_

@@ -1,0 +1,208 @@
+// The storage walks that build song cache lines: GetDirFileList4 (pairs
+// MIDI and audio files in memory) and GetDirFileList3 (finds companions on
+// disk).  Both share one walker; they differ in depth and in how the files
+// of one directory become lines.
+#include <sys/stat.h>
+
+#include <cstring>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "storage/scan_cache.h"
+#include "storage/scan_dir.h"
+#include "zansong/common/path.h"
+#include "zansong/db/songinfo.h"
+#include "zansong/storage/scan.h"
+
+namespace {
+
+constexpr int kMaxAlbumDirs = 499;
+constexpr int kMaxAlbumSongs = 4999;
+constexpr int kMaxLooseSongs = 999;
+
+// What stays the same through one walk.
+struct Walk {
+  int start;
+  int storageKind;
+  int maxLevel;
+  bool pairInMemory;  // GetDirFileList4; else GetDirFileList3
+  bool withTime;      // song cache lines carry the modification time
+  std::list<std::string>* albumDirs;
+  std::list<std::string>* songLines;
+};
+
+bool StartsWith(const TSString& text, const char* prefix) {
+  return std::strncmp(text.c_str(), prefix, std::strlen(prefix)) == 0;
+}
+
+std::string ToStd(const TSString& s) { return std::string(s.c_str(), s.Length()); }
+
+TSString UpperExtension(const char* name) {
+  TSString ext = ExtractFileExtSX(TSString(name));
+  ext.UpperCase();
+  return ext;
+}
+
+// Special folders that a scan of a whole storage must not take as albums.
+bool IsExcludedDir(const Walk& walk, const TSString& rel) {
+  if (walk.storageKind == 2) {
+    return StartsWith(rel, "Recorded Songs/") || StartsWith(rel, "Downloaded Songs/") ||
+           StartsWith(rel, "FromToPC/");
+  }
+  if (walk.storageKind == 1) {
+    // The root of kind 1 is the internal song root, so rel is the path
+    // below it.
+    return StartsWith(rel, "rec/") || StartsWith(rel, "test/");
+  }
+  return false;
+}
+
+// Folders of the recorder that are albums even when empty of songs.
+bool IsKeptRecorderDir(const TSString& name) {
+  return name == "Recorded Songs/Temporary Folder" || name == "Recorded Songs/Keep";
+}
+
+// Pairs each MIDI file of one directory with the first ".WAV" or ".MP3"
+// file of the same name (case-sensitive) in directory order, drops a second
+// audio file of that name, and turns the rest of the audio files into
+// audio-only lines after the MIDI lines.
+void PairSongs(const Walk& walk, const std::vector<TSString>& midis,
+               const std::vector<TSString>& audios, std::list<std::string>& lines) {
+  // Audio files by name without extension (all of them end in a
+  // four-character extension), in directory order.
+  std::unordered_map<std::string, std::vector<size_t>> byStem;
+  for (size_t i = 0; i < audios.size(); ++i) {
+    byStem[std::string(audios[i].c_str(), audios[i].Length() - 4)].push_back(i);
+  }
+  std::vector<bool> taken(audios.size(), false);
+  for (const TSString& midi : midis) {
+    TSString companion;
+    auto found = byStem.find(std::string(midi.c_str(), midi.Length() - 4));
+    if (found != byStem.end()) {
+      int matched = 0;
+      for (size_t i : found->second) {
+        if (taken[i]) continue;
+        taken[i] = true;
+        if (matched++ == 0) {
+          companion = audios[i];
+        } else {
+          break;
+        }
+      }
+    }
+    lines.push_back(ToStd(zansong::SongCacheLine(midi, companion, walk.start, walk.withTime)));
+  }
+  for (size_t i = 0; i < audios.size(); ++i) {
+    if (!taken[i]) {
+      lines.push_back(
+          ToStd(zansong::SongCacheLine(TSString(), audios[i], walk.start, walk.withTime)));
+    }
+  }
+}
+
+int WalkDir(const Walk& walk, const TSString& dir, int level, std::list<std::string>& loose,
+            bool* flag) {
+  loose.clear();
+  bool ignoredFlag;
+  if (flag == nullptr) flag = &ignoredFlag;
+  zansong::ScopedDir d(dir.c_str());
+  if (!d.valid()) return -1;
+  *flag = level + 1 < walk.maxLevel;
+  if (level + 1 >= walk.maxLevel) return 0;  // too deep: the contents are not listed
+
+  std::vector<TSString> midis, audios;
+  while (struct dirent* e = d.Next()) {
+    if (zansong::IsDotEntry(e->d_name)) continue;
+    *flag = false;
+    TSString path = dir + e->d_name;
+    struct stat st;
+    if (::stat(path.c_str(), &st) != 0) continue;
+
+    if (!S_ISDIR(st.st_mode)) {
+      const TSString ext = UpperExtension(e->d_name);
+      const bool isMidi = ext == ".MID";
+      const bool isAudio = ext == ".WAV" || ext == ".MP3";
+      if (!isMidi && !isAudio) continue;
+      if (walk.pairInMemory) {
+        (isMidi ? midis : audios).push_back(path);
+        continue;
+      }
+      TSString line = GetSongCache(path, walk.start);
+      if (line.Length() == 0) continue;
+      if (static_cast<int>(loose.size()) > kMaxLooseSongs - 1) return -3;
+      loose.push_back(ToStd(line));
+      continue;
+    }
+
+    if (e->d_name[0] == '.') continue;
+    path += "/";
+    const TSString rel = path.SubString(walk.start);
+    if (IsExcludedDir(walk, rel)) continue;
+    TSString name = rel;
+    name.SetLength(name.Length() - 1);
+
+    std::list<std::string> subLines;
+    bool subFlag = false;
+    int r = WalkDir(walk, path, level + 1, subLines, &subFlag);
+    if (r == -3 || r > 0) continue;
+    if (r != 0) return r;
+    if (subLines.empty() && !IsKeptRecorderDir(name) && !subFlag) continue;
+    if (static_cast<int>(walk.albumDirs->size()) > kMaxAlbumDirs - 1 ||
+        walk.songLines->size() + subLines.size() > static_cast<size_t>(kMaxAlbumSongs)) {
+      return -2;
+    }
+    walk.albumDirs->push_back(ToStd(name));
+    walk.songLines->splice(walk.songLines->end(), subLines);
+  }
+  d.Close();
+
+  if (walk.pairInMemory) PairSongs(walk, midis, audios, loose);
+  return static_cast<int>(loose.size()) > kMaxLooseSongs ? -3 : 0;
+}
+
+// Whether the lines of a walk carry the modification time.  Downloaded
+// songs are compared without it, as the catalogue lists them without it:
+// that holds for the downloaded area of a stick (kind 4) and for a walk that
+// began in a "Downloaded Songs" folder of any storage.  The walk began level
+// directories above dir, so dir's path below the root names that folder
+// first when it has more than level components.
+bool LinesCarryTime(const char* dir, int start, int storageKind, int level) {
+  if (storageKind == 4) return false;
+  const TSString rel = TSString(dir).SubString(start);
+  int components = 0;
+  TSString first;
+  for (int i = 0; i < rel.Length();) {
+    int end = i;
+    while (end < rel.Length() && rel[end] != '/') ++end;
+    if (end > i) {
+      if (components == 0) first = rel.SubString(i + 1, end - i);
+      ++components;
+    }
+    i = end + 1;
+  }
+  if (components <= level) return true;  // the walk began at the root
+  return getprefix(first) != "y";
+}
+
+}  // namespace
+
+int GetDirFileList4(const char* dir, int start, std::list<std::string>& albumDirs,
+                    std::list<std::string>& songLines, std::list<std::string>& looseSongLines,
+                    int storageKind, int level, bool* flag) {
+  Walk walk{start,
+            storageKind,
+            storageKind < 4 ? 4 : 3,
+            true,
+            LinesCarryTime(dir, start, storageKind, level),
+            &albumDirs,
+            &songLines};
+  return WalkDir(walk, TSString(dir), level, looseSongLines, flag);
+}
+
+int GetDirFileList3(const char* dir, int start, std::list<std::string>& albumDirs,
+                    std::list<std::string>& songLines, std::list<std::string>& looseSongLines,
+                    int storageKind, int level, bool* flag) {
+  Walk walk{start, storageKind, 4, false, true, &albumDirs, &songLines};
+  return WalkDir(walk, TSString(dir), level, looseSongLines, flag);
+}
