@@ -1,0 +1,342 @@
+// The per-track half of the MIDI walker: loading one "MTrk" chunk and
+// handling its events one delta time at a time.
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "zansong/common/convert.h"
+#include "zansong/formats/smf.h"
+
+namespace {
+
+// Data kept per track when only the head of a file is read.
+constexpr uint32_t kHeadLimit = 1024;
+
+// Copies at most max bytes of text into dst and terminates it.
+void CopyText(char* dst, const unsigned char* text, uint32_t length, uint32_t max) {
+  uint32_t n = length < max ? length : max;
+  std::memcpy(dst, text, n);
+  dst[n] = '\0';
+}
+
+}  // namespace
+
+TTrackData::TTrackData(TSmfData* owner) : owner_(owner) {}
+
+TTrackData::~TTrackData() { std::free(data_); }
+
+int TTrackData::LoadFromFileHandle(int fd, bool limit) {
+  unsigned char header[8];
+  if (::read(fd, header, sizeof header) != static_cast<ssize_t>(sizeof header)) return 0;
+  if (std::memcmp(header, "MTrk", 4) != 0) return 0;
+  uint32_t length = BigToLittle4(header + 4);
+  if (limit && length > kHeadLimit) length = kHeadLimit;
+  unsigned char* data = static_cast<unsigned char*>(std::malloc(length == 0 ? 1 : length));
+  if (data == nullptr) return 0;
+  size_t got = 0;
+  while (got < length) {
+    ssize_t n = ::read(fd, data + got, length - got);
+    if (n <= 0) break;
+    got += static_cast<size_t>(n);
+  }
+  if (got != length) {
+    std::free(data);
+    return 0;
+  }
+  std::free(data_);
+  data_ = data;
+  length_ = length;
+  std::memcpy(header_, header, sizeof header);
+  return 1;
+}
+
+int TTrackData::LoadFromMemory(const unsigned char* bytes, size_t size, bool limit, size_t* used) {
+  if (size < 8 || std::memcmp(bytes, "MTrk", 4) != 0) return 0;
+  uint32_t length = BigToLittle4(const_cast<unsigned char*>(bytes) + 4);
+  if (limit && length > kHeadLimit) length = kHeadLimit;
+  if (length > size - 8) return 0;
+  unsigned char* data = static_cast<unsigned char*>(std::malloc(length == 0 ? 1 : length));
+  if (data == nullptr) return 0;
+  std::memcpy(data, bytes + 8, length);
+  std::free(data_);
+  data_ = data;
+  length_ = length;
+  std::memcpy(header_, bytes, 8);
+  *used = 8 + static_cast<size_t>(length);
+  return 1;
+}
+
+void TTrackData::SetFirst() {
+  position_ = 0;
+  tick_ = -1;
+  runningStatus_ = 0;
+  peekPosition_ = 0xFFFFFFFF;
+  ended_ = false;
+}
+
+int TTrackData::PreparePlay() {
+  ended_ = length_ == 0;
+  return ended_ ? 0 : 1;
+}
+
+int TTrackData::QueryValue(unsigned* value) {
+  if (peekPosition_ != position_) {
+    if (position_ >= length_) return 0;
+    peekSize_ = TSmfData::GetValue2(data_ + position_, length_ - position_, &peekValue_);
+    if (peekSize_ == 0) return 0;
+    peekPosition_ = position_;
+  }
+  *value = peekValue_;
+  return peekSize_;
+}
+
+int TTrackData::GetValue(unsigned* value) {
+  int n = QueryValue(value);
+  position_ += static_cast<uint32_t>(n);
+  return n;
+}
+
+void TTrackData::End() {
+  if (ended_) return;
+  ended_ = true;
+  owner_->NotifyEot();
+}
+
+int64_t TTrackData::DecDeltaTime(int64_t step, int trackIndex) {
+  tick_ += step;
+  while (!ended_ && position_ < length_) {
+    unsigned delta;
+    int n = QueryValue(&delta);
+    if (n == 0) {  // the delta time runs past the data
+      End();
+      return 0;
+    }
+    if (tick_ < static_cast<int64_t>(delta)) return static_cast<int64_t>(delta) - tick_;
+    position_ += static_cast<uint32_t>(n);
+    tick_ -= delta;
+    if (position_ >= length_) {  // a delta time with no event after it
+      End();
+      return 0;
+    }
+    unsigned char first = data_[position_];
+    int handled;
+    if (first == 0xFF) {
+      handled = MetaEvent(trackIndex);
+    } else if (first == 0xF0 || first == 0xF7) {
+      handled = SysExclusive();
+    } else if (first & 0x80) {
+      handled = ShortEvent();
+    } else {
+      handled = RuningStatus();
+    }
+    if (handled == 0) return 0;
+    if (position_ >= length_) End();
+  }
+  return 0;
+}
+
+int TTrackData::ChannelData(unsigned char status) {
+  uint32_t count = ((status & 0xF0) == 0xC0 || (status & 0xF0) == 0xD0) ? 1 : 2;
+  if (count > length_ - position_) {
+    End();
+    return 0;
+  }
+  unsigned kind = status & 0xF0;
+  if ((kind == 0x90 || kind == 0xA0) && owner_->para() != nullptr) {
+    owner_->para()->channelNotes[status & 0x0F] |= 1;
+  }
+  position_ += count;
+  return 1;
+}
+
+int TTrackData::ShortEvent() {
+  unsigned char status = data_[position_];
+  if (status < 0xF0) {
+    runningStatus_ = status;
+    ++position_;
+    return ChannelData(status);
+  }
+  // Other system messages are skipped by the byte that follows them.
+  uint32_t skip = 1;
+  if (position_ + 1 < length_) {
+    unsigned char next = data_[position_ + 1];
+    if (next == 0xF2) {
+      skip = 3;
+    } else if (next == 0xF1 || next == 0xF3) {
+      skip = 2;
+    }
+  }
+  if (skip > length_ - position_) {
+    End();
+    return 0;
+  }
+  position_ += skip;
+  return 1;
+}
+
+int TTrackData::RuningStatus() {
+  if (runningStatus_ == 0) {  // a stray data byte before any status
+    ++position_;
+    return 1;
+  }
+  return ChannelData(runningStatus_);
+}
+
+int TTrackData::MetaEvent(int trackIndex) {
+  uint32_t start = position_;
+  if (length_ - start < 3) {
+    End();
+    return 0;
+  }
+  unsigned char type = data_[start + 1];
+  unsigned size;
+  int n = TSmfData::GetValue2(data_ + start + 2, length_ - start - 2, &size);
+  if (n == 0) {
+    End();
+    return 0;
+  }
+  uint32_t body = start + 2 + static_cast<uint32_t>(n);
+  if (size > length_ - body) {
+    End();
+    return 0;
+  }
+  position_ = body + size;
+  const unsigned char* text = data_ + body;
+  TSongPara* para = owner_->para();
+
+  switch (type) {
+    case 0x03:
+      if (trackIndex == 0 && para != nullptr) {
+        CopyText(para->title, text, size, sizeof para->title - 1);
+        para->titleStart = start;
+        para->titleEnd = position_;
+        owner_->AddLocation(start, position_ - start, 0);
+      }
+      break;
+    case 0x02:
+      if (trackIndex == 0 && para != nullptr) {
+        CopyText(para->notice, text, size, sizeof para->notice - 1);
+      }
+      break;
+    case 0x01:
+      if (trackIndex == 0 && para != nullptr) {
+        CopyText(para->text, text, size, sizeof para->text - 1);
+      }
+      break;
+    case 0x51:
+      if (size >= 3) {
+        owner_->ChangeTempo((static_cast<uint32_t>(text[0]) << 16) |
+                            (static_cast<uint32_t>(text[1]) << 8) | text[2]);
+      }
+      break;
+    case 0x2F:
+      End();
+      break;
+    case 0x7F:
+      if (size == 5 && text[0] == 0x43 && text[1] == 0x7B && text[2] == 0x0C) {
+        if (para != nullptr) {
+          para->channelA = text[3];
+          para->channelB = text[4];
+        }
+        owner_->AddLocation(start, position_ - start, 1);
+      } else if (size >= 6 && text[0] == 0x43 && text[1] == 0x71 && text[2] == 0x00 &&
+                 text[3] == 0x01) {
+        unsigned char form = text[4];
+        const unsigned char* rest = text + 5;
+        uint32_t count = size - 5 < 34 ? size - 5 : 34;
+        if (para != nullptr) {
+          if (form == 1) {
+            para->attribute = rest[0];
+            CopyText(para->longTitle, rest + 1, count - 1, sizeof para->longTitle - 1);
+          } else if (form == 0) {
+            owner_->SetHpFlag(rest[0]);
+            if (count >= 2) para->attribute = rest[1];
+            CopyText(para->longTitle, rest + 2, count >= 2 ? count - 2 : 0,
+                     sizeof para->longTitle - 1);
+          } else if (form == 2) {
+            CopyText(para->longTitle, rest, count, sizeof para->longTitle - 1);
+          }
+        }
+        owner_->AddLocation(start, position_ - start, 2);
+      }
+      break;
+    default:
+      break;
+  }
+  return 1;
+}
+
+int TTrackData::SysExclusive() {
+  uint32_t start = position_;
+  bool withF0 = data_[start] == 0xF0;
+  unsigned size;
+  int n = TSmfData::GetValue2(data_ + start + 1, length_ - start - 1, &size);
+  if (n == 0) {
+    End();
+    return 0;
+  }
+  uint32_t body = start + 1 + static_cast<uint32_t>(n);
+  if (size > length_ - body) {
+    End();
+    return 0;
+  }
+  position_ = body + size;
+  TSongPara* para = owner_->para();
+  if (para == nullptr || size == 0 || data_[body + size - 1] != 0xF7) return 1;
+
+  // The message as sent: 0xF0 and the data, or for 0xF7 events the data
+  // alone.  Its last byte is the closing 0xF7.
+  const unsigned char* data = data_ + body;
+  uint32_t messageLength = size + (withF0 ? 1 : 0);
+  auto at = [&](uint32_t i) -> unsigned char {
+    if (withF0) return i == 0 ? 0xF0 : data[i - 1];
+    return data[i];
+  };
+  auto begins = [&](const unsigned char* prefix, uint32_t count) {
+    if (messageLength < count) return false;
+    for (uint32_t i = 0; i < count; ++i) {
+      if (at(i) != prefix[i]) return false;
+    }
+    return true;
+  };
+
+  static const unsigned char kSongId[] = {0xF0, 0x43, 0x71, 0x7E, 0x15};
+  static const unsigned char kTitle[] = {0xF0, 0x43, 0x71, 0x7E, 0x10, 0x03};
+  if (size == 21 && begins(kSongId, sizeof kSongId)) {
+    for (uint32_t i = 0; i < 16; ++i) {
+      TSString digits = UIntToSHex(at(5 + i), 2);
+      para->songId[2 * i] = digits[0];
+      para->songId[2 * i + 1] = digits[1];
+    }
+    para->songId[32] = '\0';
+  } else if (messageLength > 7 && begins(kTitle, sizeof kTitle)) {
+    uint32_t from = 6;
+    if (at(from) == 0x1E || at(from) == 0x1F) ++from;
+    // The text ends before the closing 0xF7.  An escaped pair fills the
+    // position of its first byte; the position of its second is left as it
+    // was, so source and destination stay in step.
+    uint32_t end = messageLength - 1;
+    uint32_t k = 0;
+    while (k < 32 && from + k < end) {
+      unsigned char c = at(from + k);
+      if (c == 0) break;
+      if (c == 0x1E || c == 0x1F) {
+        if (from + k + 1 >= end) break;
+        unsigned char v = at(from + k + 1);
+        if (c == 0x1E) v |= 0x80;
+        para->title[k] = static_cast<char>(v);
+        para->longTitle[k] = static_cast<char>(v);
+        k += 2;
+      } else {
+        para->title[k] = static_cast<char>(c);
+        para->longTitle[k] = static_cast<char>(c);
+        ++k;
+      }
+    }
+    if (k > 32) k = 32;
+    para->title[k] = '\0';
+    para->longTitle[k] = '\0';
+  }
+  return 1;
+}
