@@ -12,7 +12,7 @@
 #include <cstring>
 #include <ctime>
 
-#include "storage/scan_dir.h"
+#include "storage/files_handles.h"
 #include "zansong/common/path.h"
 #include "zansong/storage/files.h"
 
@@ -33,7 +33,7 @@ bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 // that stat accepts.  False when dir cannot be opened.
 template <typename Visit>
 bool ForEachEntry(const char* dir, Visit visit) {
-  zansong::ScopedDir d(dir);
+  zansong::DirectoryHandle d(dir);
   if (!d.valid()) return false;
   while (struct dirent* e = d.Next()) {
     if (zansong::IsDotEntry(e->d_name)) continue;

@@ -9,8 +9,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "storage/files_handles.h"
 #include "storage/scan_cache.h"
-#include "storage/scan_dir.h"
 #include "zansong/common/path.h"
 #include "zansong/db/songinfo.h"
 #include "zansong/storage/scan.h"
@@ -106,7 +106,7 @@ int WalkDir(const Walk& walk, const TSString& dir, int level, std::list<std::str
   loose.clear();
   bool ignoredFlag;
   if (flag == nullptr) flag = &ignoredFlag;
-  zansong::ScopedDir d(dir.c_str());
+  zansong::DirectoryHandle d(dir.c_str());
   if (!d.valid()) return -1;
   *flag = level + 1 < walk.maxLevel;
   if (level + 1 >= walk.maxLevel) return 0;  // too deep: the contents are not listed

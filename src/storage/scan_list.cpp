@@ -6,11 +6,11 @@
 #include <algorithm>
 #include <string>
 
-#include "storage/scan_dir.h"
+#include "storage/files_handles.h"
 #include "zansong/storage/scan.h"
 
 int GetDirFileList(const char* dir, std::list<std::string>& files) {
-  zansong::ScopedDir d(dir);
+  zansong::DirectoryHandle d(dir);
   if (!d.valid()) return 0;
   while (struct dirent* e = d.Next()) {
     if (zansong::IsDotEntry(e->d_name)) continue;
@@ -29,7 +29,7 @@ int GetDirFileList(const char* dir, std::list<std::string>& files) {
 int GetDirFileVector(char* dir, std::vector<TDirFileName>& names) {
   std::vector<std::string> found;
   {
-    zansong::ScopedDir d(dir);
+    zansong::DirectoryHandle d(dir);
     if (!d.valid()) return 0;
     while (struct dirent* e = d.Next()) {
       if (zansong::IsDotEntry(e->d_name)) continue;

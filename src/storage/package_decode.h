@@ -1,0 +1,28 @@
+// Private: the steps both package decoders share.
+#ifndef ZANSONG_STORAGE_PACKAGE_DECODE_H_
+#define ZANSONG_STORAGE_PACKAGE_DECODE_H_
+
+#include "zansong/common/tsstring.h"
+
+namespace zansong {
+
+// Whether a file name taken from a package may be used: not empty, not
+// absolute, no ".." component, no byte below 0x20.  Any other name stays
+// inside the package's directory.
+bool IsSafePackageFileName(const TSString& name);
+
+// Decodes output + ".b64" into output with the openssl program.  An earlier
+// file named output is moved to output + ".bak" first and, when the decode
+// fails, moved back (a failed output is removed when there was no earlier
+// file).  The decode fails when openssl fails or the output is empty.
+// Prints "error!" for a failed move and "base64 error!" for a failed
+// decode.  True on success; output + ".b64" and output + ".bak" stay.
+bool DecodeBase64File(const TSString& output);
+
+// Moves from to to with the mv program (arguments, no shell); true on
+// success.
+bool MoveWithProgram(const TSString& from, const TSString& to);
+
+}  // namespace zansong
+
+#endif  // ZANSONG_STORAGE_PACKAGE_DECODE_H_
