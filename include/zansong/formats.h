@@ -3,6 +3,8 @@
 #ifndef ZANSONG_FORMATS_H_
 #define ZANSONG_FORMATS_H_
 
+#include "zansong/formats/audio.h"
+#include "zansong/formats/psong.h"
 #include "zansong/formats/smf.h"
 #include "zansong/formats/title_text.h"
 
