@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "storage/files_handles.h"
 #include "zansong/common/file_util.h"
@@ -61,14 +62,39 @@ bool ResolveDirectory(const std::string& path, std::string* onDisk) {
   return FindDirectoryEntry(parentOnDisk, component, onDisk);
 }
 
-// path with its last four characters (the extension) replaced by each of
-// spellings in turn: the name on disk for the first that exists, else "".
+// The song file named like path whose extension is spelled as one of
+// spellings: the first spelling that any readable file of the directory
+// has wins, and among files with that spelling the first in directory
+// order.  The rest of the name is matched without regard to case, so the
+// lookup gives the same answer on case-sensitive and case-insensitive file
+// systems.  The result is the directory, "/" and the name as on disk; ""
+// when there is none.
 TSString FindWithExtension(const char* path, const char* const* spellings, int count) {
   TSString stem(path);
   stem.SetLength(stem.Length() > 4 ? stem.Length() - 4 : 0);
+  const TSString dirName = ExtractFileDirSX(stem);
+  const TSString stemName = ExtractFileNameSX(stem);
+  const std::string dir = std::string(dirName.c_str()) + "/";
+  const size_t stemLength = static_cast<size_t>(stemName.Length());
+
+  // Names of the right length and stem, in directory order.
+  std::vector<std::string> names;
+  {
+    zansong::DirectoryHandle handle(dir.c_str());
+    if (!handle.valid()) return TSString();
+    while (dirent* entry = handle.Next()) {
+      const char* name = entry->d_name;
+      if (std::strlen(name) != stemLength + 4) continue;
+      if (strncasecmp(name, stemName.c_str(), stemLength) != 0) continue;
+      if (IsDirectoryEntry(dir, entry)) continue;
+      names.emplace_back(name);
+    }
+  }
   for (int i = 0; i < count; ++i) {
-    TSString candidate = stem + spellings[i];
-    if (FileExists(candidate.c_str())) return FileExists2(candidate.c_str());
+    for (const std::string& name : names) {
+      if (name.compare(stemLength, 4, spellings[i]) != 0) continue;
+      if (FileExists((dir + name).c_str())) return dirName + "/" + name.c_str();
+    }
   }
   return TSString();
 }

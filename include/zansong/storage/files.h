@@ -33,9 +33,12 @@ int AnyFileExists(const char* dir);
 // path's file name without regard to case, as directory + "/" + the name
 // on disk; "" when there is none or the directory cannot be opened.
 TSString FileExists2(const char* path);
-// path with its last 4 characters replaced by each spelling of the
-// extension in turn; for the first spelling that FileExists accepts, the
-// result is FileExists2 of that path (the name as on disk), else "".
+// The readable song file named like path (whose last four characters are
+// the extension) with its extension spelled exactly as one of the forms
+// below, the rest of the name matched without regard to case.  The form
+// that comes first in the list wins.  The result is path's directory, "/"
+// and the name as on disk; "" when there is none.  Forms with only the
+// middle letter in upper case are not song files.
 //   MidFileExists: .MID .mid .Mid .MId .MiD .mID .miD
 //   Mp3FileExists: .MP3 .mp3 .Mp3 .mP3
 //   WavFileExists: .WAV .wav .Wav .WAv .WaV .wAV .waV

@@ -1,0 +1,147 @@
+// Free-space tests and the free-space text.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/statfs.h>
+#include <unistd.h>
+
+#include <climits>
+#include <string>
+
+#include "support/device_image.h"
+#include "zansong/storage/files.h"
+
+namespace {
+
+using zansong_test::DeviceTest;
+using zansong_test::MakeDirs;
+using zansong_test::WriteFile;
+
+std::string Text(long long bytes) { return zansong::DiskFreeText(bytes).c_str(); }
+
+TEST(DiskFreeTextTest, Thresholds) {
+  EXPECT_EQ(Text(1048575), "1024.0 KB");
+  EXPECT_EQ(Text(1048576), "1.0 MB");
+  EXPECT_EQ(Text(1073741823), "1024.0 MB");
+  EXPECT_EQ(Text(1073741824), "1.0 GB");
+}
+
+TEST(DiskFreeTextTest, TypicalValues) {
+  EXPECT_EQ(Text(0), "0.0 KB");
+  EXPECT_EQ(Text(512), "0.5 KB");
+  EXPECT_EQ(Text(3 * 1048576 / 2), "1.5 MB");
+  EXPECT_EQ(Text(300LL * 1048576), "300.0 MB");
+  EXPECT_EQ(Text(15LL * 1073741824 / 2), "7.5 GB");
+  EXPECT_EQ(Text(2000LL * 1073741824), "2000.0 GB");
+}
+
+TEST(DiskFreeTextTest, NegativeGigabytesShowAsZero) {
+  EXPECT_EQ(Text(-1073741824), "0.0 GB");
+  EXPECT_EQ(Text(LLONG_MIN), "0.0 GB");
+}
+
+class DiskSpaceTest : public DeviceTest {
+ protected:
+  void SetUp() override {
+    dir_ = image_.Path("/tmp/disk/");
+    MakeDirs(dir_);
+  }
+  long long Free() {
+    struct statfs fs;
+    statfs(dir_.c_str(), &fs);
+    return static_cast<long long>(fs.f_bavail) * static_cast<long long>(fs.f_bsize);
+  }
+  // A sparse file of the given size, taking no space.
+  std::string Sparse(const std::string& name, long long size) {
+    std::string path = dir_ + name;
+    int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
+    EXPECT_GE(fd, 0);
+    EXPECT_EQ(ftruncate(fd, size), 0);
+    close(fd);
+    return path;
+  }
+  std::string dir_;
+};
+
+TEST_F(DiskSpaceTest, EmptyFirstFileAnswersYesWithoutLookingAtDisk) {
+  EXPECT_EQ(CheckDiskFree("/no/such/dir/", "", ""), 1);
+  EXPECT_EQ(CheckDiskFree(dir_.c_str(), "", Sparse("huge", 1LL << 42).c_str()), 1);
+}
+
+TEST_F(DiskSpaceTest, UnreadableFirstFileAnswersYes) {
+  EXPECT_EQ(CheckDiskFree(dir_.c_str(), (dir_ + "none").c_str(), ""), 1);
+}
+
+TEST_F(DiskSpaceTest, FailedStatfsAnswersYes) {
+  WriteFile(dir_ + "small", "x");
+  EXPECT_EQ(CheckDiskFree("/no/such/dir/", (dir_ + "small").c_str(), ""), 1);
+  EXPECT_EQ(CheckDiskFree("/no/such/dir/", LLONG_MAX), 1);
+}
+
+TEST_F(DiskSpaceTest, FilesThatFitAnswerYes) {
+  WriteFile(dir_ + "small", "x");
+  ASSERT_GT(Free(), 8 * 1048576);
+  EXPECT_EQ(CheckDiskFree(dir_.c_str(), (dir_ + "small").c_str(), ""), 1);
+  EXPECT_EQ(CheckDiskFree(dir_.c_str(), (dir_ + "small").c_str(), (dir_ + "none").c_str()), 1);
+}
+
+TEST_F(DiskSpaceTest, FilesLargerThanFreeSpaceAnswerNo) {
+  long long big = Free() + 1;
+  std::string huge = Sparse("huge", big);
+  WriteFile(dir_ + "small", "x");
+  EXPECT_EQ(CheckDiskFree(dir_.c_str(), huge.c_str(), ""), 0);
+  EXPECT_EQ(CheckDiskFree(dir_.c_str(), (dir_ + "small").c_str(), huge.c_str()), 0);
+}
+
+TEST_F(DiskSpaceTest, MarginOfOneMebibyteCounts) {
+  // Two files that leave less than the margin free.
+  long long free = Free();
+  std::string a = Sparse("a", free / 2);
+  std::string b = Sparse("b", free - free / 2 - 1048576 + 524288);
+  EXPECT_EQ(CheckDiskFree(dir_.c_str(), a.c_str(), b.c_str()), 0);
+}
+
+TEST_F(DiskSpaceTest, NeedAgainstFreeSpace) {
+  EXPECT_EQ(CheckDiskFree(dir_.c_str(), 0LL), 1);
+  EXPECT_EQ(CheckDiskFree(dir_.c_str(), 4096LL), 1);
+  EXPECT_EQ(CheckDiskFree(dir_.c_str(), LLONG_MAX), 0);
+}
+
+TEST_F(DiskSpaceTest, CheckAndGetStoresFreeSpace) {
+  long long before = Free();
+  long long free = -1;
+  EXPECT_EQ(CheckAndGetDiskFree(dir_.c_str(), 0, free), 1);
+  long long after = Free();
+  // Other processes may write meanwhile; the value lies between readings
+  // taken around the call, give or take their changes.
+  EXPECT_GT(free, 0);
+  EXPECT_NEAR(static_cast<double>(free), static_cast<double>(before), 1e9);
+  EXPECT_NEAR(static_cast<double>(free), static_cast<double>(after), 1e9);
+  EXPECT_EQ(CheckAndGetDiskFree(dir_.c_str(), LLONG_MAX, free), 0);
+}
+
+TEST_F(DiskSpaceTest, CheckAndGetOnFailedStatfs) {
+  long long free = 12345;
+  EXPECT_EQ(CheckAndGetDiskFree("/no/such/dir/", LLONG_MAX, free), 1);
+  EXPECT_EQ(free, 0);
+}
+
+TEST_F(DiskSpaceTest, DiskSize) {
+  struct statfs fs;
+  ASSERT_EQ(statfs(dir_.c_str(), &fs), 0);
+  EXPECT_EQ(GetDiskSize(dir_.c_str()),
+            static_cast<long long>(fs.f_blocks) * static_cast<long long>(fs.f_bsize));
+  EXPECT_EQ(GetDiskSize("/no/such/dir/"), 0);
+}
+
+TEST_F(DiskSpaceTest, FreeStringOfMissingDirectory) {
+  EXPECT_EQ(std::string(GetDiskFreeString("/no/such/dir/").c_str()), "0.0 KB");
+}
+
+TEST_F(DiskSpaceTest, FreeStringHasAUnit) {
+  std::string text = GetDiskFreeString(dir_.c_str()).c_str();
+  std::string unit = Free() >= 1073741824 ? " GB" : Free() >= 1048576 ? " MB" : " KB";
+  ASSERT_GE(text.size(), 3u);
+  EXPECT_EQ(text.substr(text.size() - 3), unit);
+}
+
+}  // namespace
