@@ -43,12 +43,20 @@ class TSString {
   TSString& operator+=(const TSString& other);
 
   // Editing (positions from 1).
+  // pos clamped into 1..Length()+1; removes count bytes from pos, or all
+  // from pos to the end when pos+count > Length().
   void Delete(int pos, int count);
+  // pos clamped into 1..Length()+1; s's first byte lands at pos.
   void Insert(const TSString& s, int pos);
+  // The bytes from pos (count of them, cut at the end); "" when pos >
+  // Length() or count <= 0.  A pos below 1 counts as 1.
   TSString SubString(int pos) const;
   TSString SubString(int pos, int count) const;
+  // Shortens to n bytes (0 when n < 0); never grows.
   void SetLength(int n);
+  // Removes leading and trailing bytes of value 0x20 or below.
   void Trim();
+  // Removes every byte that occurs in set.
   void Strip(const TSString& set);
   void UpperCase();
   void LowerCase();
@@ -56,8 +64,12 @@ class TSString {
   void LowerCaseSJIS();
 
   // Searching and conversion.
+  // Position of the first occurrence of sub, 0 when none, 1 for "".  The
+  // SJIS variant starts matches only at the start of a character.
   int AnsiPos(const TSString& sub) const;
   int AnsiPosSJIS(const TSString& sub) const;
+  // The decimal value when every byte is a digit (ToInt: the first may be
+  // "-"), else 0.
   int ToInt() const;
   long long ToLongLongInt() const;
   // Doubles every "'" and "\"; mode 0 scans as Shift-JIS, any other mode
