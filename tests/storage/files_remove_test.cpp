@@ -188,7 +188,8 @@ TEST_F(RemoveTest, MissingDirectoryGivesMinusOne) {
   EXPECT_EQ(Tree(P("none/"), true, true, true), -1);
 }
 
-// Runs fn in a child process that sees dir read-only.  Returns fn's result,
+// Runs fn (whose result must lie in -128..127) in a child process that
+// sees dir read-only.  Returns fn's result,
 // or sets *skipReason when no way to make dir read-only for this process
 // works here.
 int RunWithReadOnlyDir(const std::string& dir, const std::function<int()>& fn,
@@ -215,7 +216,7 @@ int RunWithReadOnlyDir(const std::string& dir, const std::function<int()>& fn,
     }
     if (write(pipeFds[1], &how, 1) != 1) _exit(100);
     if (how == 'n') _exit(100);
-    _exit(fn() + 50);
+    _exit(fn() + 128);
   }
   close(pipeFds[1]);
   char how = 'n';
@@ -227,7 +228,7 @@ int RunWithReadOnlyDir(const std::string& dir, const std::function<int()>& fn,
     *skipReason = "neither a read-only bind mount nor an unprivileged user is available";
     return 0;
   }
-  return WEXITSTATUS(status) - 50;
+  return WEXITSTATUS(status) - 128;
 }
 
 TEST_F(RemoveTest, UndeletableSongGivesMinusThree) {
