@@ -189,9 +189,8 @@ TEST_F(RemoveTest, MissingDirectoryGivesMinusOne) {
 }
 
 // Runs fn (whose result must lie in -128..127) in a child process that
-// sees dir read-only.  Returns fn's result,
-// or sets *skipReason when no way to make dir read-only for this process
-// works here.
+// sees dir read-only, and returns fn's result; sets *skipReason when no way
+// to make dir read-only for that process works here.
 int RunWithReadOnlyDir(const std::string& dir, const std::function<int()>& fn,
                        std::string* skipReason) {
   int pipeFds[2];
