@@ -1,0 +1,188 @@
+// Playing times of WAV files and GetAudioTime's choice by extension.
+#include <string>
+
+#include "support/device_image.h"
+#include "support/wav_writer.h"
+#include "zansong/formats/audio.h"
+
+namespace zansong_test {
+namespace {
+
+class WaveTest : public DeviceTest {
+ protected:
+  std::string Put(const WavSpec& spec, const std::string& name = "song.wav") {
+    std::string path = image_.SongRoot() + name;
+    EXPECT_TRUE(WriteWavFile(path, spec));
+    return path;
+  }
+  int64_t Time(const WavSpec& spec) {
+    TWaveData wave;
+    return wave.LoadFromFile(Put(spec).c_str());
+  }
+};
+
+TEST_F(WaveTest, SixteenBitStereoSecond) {
+  WavSpec spec;
+  spec.dataBytes = 176400;
+  TWaveData wave;
+  EXPECT_EQ(wave.LoadFromFile(Put(spec).c_str()), 1000);
+  EXPECT_EQ(wave.GetChannels(), 2);
+  EXPECT_EQ(wave.GetSampleRate(), 44100);
+  EXPECT_EQ(wave.GetBitsPerSample(), 16);
+  EXPECT_EQ(wave.GetDataSize(), 176400);
+}
+
+TEST_F(WaveTest, EightBitMono) {
+  WavSpec spec;
+  spec.channels = 1;
+  spec.bitsPerSample = 8;
+  spec.sampleRate = 22050;
+  spec.dataBytes = 33075;  // 1.5 s
+  EXPECT_EQ(Time(spec), 1500);
+}
+
+TEST_F(WaveTest, DivisionsAreIntegerSteps) {
+  // ((1001 / 2) / 2) * 1000 / 8000 = (250 * 1000) / 8000 = 31.
+  WavSpec spec;
+  spec.sampleRate = 8000;
+  spec.dataBytes = 1001;
+  EXPECT_EQ(Time(spec), 31);
+}
+
+TEST_F(WaveTest, ListChunkBeforeFmt) {
+  WavSpec spec;
+  spec.dataBytes = 88200;
+  spec.chunksBeforeFmt.push_back(ListInfoChunk("A recording"));
+  spec.chunksAfterFmt.push_back(WavChunk{"fact", std::string(4, '\x01')});
+  EXPECT_EQ(Time(spec), 500);
+}
+
+TEST_F(WaveTest, FmtChunkSizes) {
+  for (int size : {16, 18, 40}) {
+    WavSpec spec;
+    spec.fmtSize = size;
+    spec.channels = 1;
+    spec.sampleRate = 48000;
+    spec.dataBytes = 96000;
+    spec.chunksAfterFmt.push_back(WavChunk{"junk", "xy"});
+    EXPECT_EQ(Time(spec), 1000) << size;
+  }
+}
+
+TEST_F(WaveTest, FmtExtensionIsSkippedByItsOwnSizeField) {
+  // A 20-byte fmt chunk that says it has 0 extra bytes: the two bytes left
+  // over are read as the start of the next chunk header, so the data chunk
+  // is not found.
+  WavSpec spec;
+  spec.fmtSize = 20;
+  spec.extraSize = 0;
+  spec.dataBytes = 176400;
+  EXPECT_EQ(Time(spec), 0);
+  spec.extraSize = 2;
+  EXPECT_EQ(Time(spec), 1000);
+}
+
+TEST_F(WaveTest, NoDataChunkGivesZero) {
+  WavSpec spec;
+  spec.withData = false;
+  spec.chunksAfterFmt.push_back(ListInfoChunk("no data"));
+  EXPECT_EQ(Time(spec), 0);
+}
+
+TEST_F(WaveTest, NoFmtChunkUsesTheDefaults) {
+  WavSpec spec;
+  spec.withFmt = false;
+  spec.dataBytes = 22050;  // 2 channels, 8 bits, 11025 Hz: 1 s
+  EXPECT_EQ(Time(spec), 1000);
+}
+
+TEST_F(WaveTest, DataSizeFieldIsUsedAsIs) {
+  WavSpec spec;
+  spec.dataBytes = 10;
+  spec.dataSizeField = 352800;
+  EXPECT_EQ(Time(spec), 2000);
+  spec.dataSizeField = 0xFFFFFFFFLL;  // a size beyond 2 GiB still counts up
+  EXPECT_EQ(Time(spec), 0xFFFFFFFFLL / 4 * 1000 / 44100);
+}
+
+TEST_F(WaveTest, FormatsThatGiveNoTimeGiveZero) {
+  WavSpec spec;
+  spec.dataBytes = 1000;
+  spec.channels = 0;
+  EXPECT_EQ(Time(spec), 0);
+  spec.channels = 2;
+  spec.bitsPerSample = 4;
+  EXPECT_EQ(Time(spec), 0);
+  spec.bitsPerSample = 16;
+  spec.sampleRate = 0;
+  EXPECT_EQ(Time(spec), 0);
+  spec.sampleRate = 0x80000000u;
+  EXPECT_EQ(Time(spec), 0);
+}
+
+TEST_F(WaveTest, ShortFmtChunkReadsMissingFieldsAsZero) {
+  WavSpec spec;
+  spec.fmtSize = 10;  // no bits-per-sample field
+  spec.dataBytes = 1000;
+  EXPECT_EQ(Time(spec), 0);
+}
+
+TEST_F(WaveTest, NotRiffWaveGivesZero) {
+  std::string bytes = BuildWav(WavSpec{});
+  std::string path = image_.SongRoot() + "bad.wav";
+  TWaveData wave;
+  WriteFile(path, "RIFX" + bytes.substr(4));
+  EXPECT_EQ(wave.LoadFromFile(path.c_str()), 0);
+  WriteFile(path, bytes.substr(0, 8) + "WAVX" + bytes.substr(12));
+  EXPECT_EQ(wave.LoadFromFile(path.c_str()), 0);
+  WriteFile(path, "RIFF");
+  EXPECT_EQ(wave.LoadFromFile(path.c_str()), 0);
+  EXPECT_EQ(wave.LoadFromFile((image_.SongRoot() + "missing.wav").c_str()), 0);
+  EXPECT_EQ(wave.LoadFromFile(nullptr), 0);
+}
+
+TEST_F(WaveTest, TruncatedFilesGiveZeroOrTheirTime) {
+  WavSpec spec;
+  spec.fmtSize = 40;
+  spec.dataBytes = 4000;
+  spec.chunksBeforeFmt.push_back(ListInfoChunk("cut"));
+  std::string bytes = BuildWav(spec);
+  std::string path = image_.SongRoot() + "cut.wav";
+  for (size_t n = 0; n <= bytes.size(); ++n) {
+    WriteFile(path, bytes.substr(0, n));
+    TWaveData wave;
+    int64_t t = wave.LoadFromFile(path.c_str());
+    // The time comes from the data chunk's size field once it is there.
+    EXPECT_TRUE(t == 0 || t == 22) << n;
+  }
+}
+
+TEST_F(WaveTest, ClearZeroesOnlyTheDataSize) {
+  WavSpec spec;
+  spec.channels = 1;
+  spec.dataBytes = 100;
+  TWaveData wave;
+  wave.LoadFromFile(Put(spec).c_str());
+  wave.Clear();
+  EXPECT_EQ(wave.GetDataSize(), 0);
+  EXPECT_EQ(wave.GetChannels(), 1);
+  EXPECT_EQ(wave.SaveToFile(TSString("x")), 0);
+}
+
+TEST_F(WaveTest, GetAudioTimeTimesOnlyWavFiles) {
+  WavSpec spec;
+  spec.dataBytes = 176400;
+  EXPECT_EQ(GetAudioTime(Put(spec, "song.wav").c_str()), 1000u);
+  EXPECT_EQ(GetAudioTime(Put(spec, "SONG.WAV").c_str()), 1000u);
+  EXPECT_EQ(GetAudioTime(Put(spec, "Mixed.WaV").c_str()), 1000u);
+  // The same bytes under other names are not timed.
+  EXPECT_EQ(GetAudioTime(Put(spec, "song.mp3").c_str()), 0u);
+  EXPECT_EQ(GetAudioTime(Put(spec, "SONG.MP3").c_str()), 0u);
+  EXPECT_EQ(GetAudioTime(Put(spec, "song.mid").c_str()), 0u);
+  EXPECT_EQ(GetAudioTime(Put(spec, "song").c_str()), 0u);
+  EXPECT_EQ(GetAudioTime((image_.SongRoot() + "missing.wav").c_str()), 0u);
+  EXPECT_EQ(GetAudioTime(nullptr), 0u);
+}
+
+}  // namespace
+}  // namespace zansong_test
