@@ -3,6 +3,7 @@
 #define ZANSONG_FILEMAN_H_
 
 #include "zansong/fileman/messages.h"
+#include "zansong/fileman/register.h"
 #include "zansong/fileman/song_count.h"
 
 #endif  // ZANSONG_FILEMAN_H_

@@ -1,0 +1,309 @@
+// FM_Add_AllSongs_ByCache: brings the catalogue of one storage area in step
+// with its files by comparing song cache lines, writing only differences.
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+#include <list>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "fileman/register_batch.h"
+#include "fileman/register_order.h"
+#include "fileman/register_song.h"
+#include "zansong/async/cancel.h"
+#include "zansong/common/sysroot.h"
+#include "zansong/db/dbsongman.h"
+#include "zansong/fileman/messages.h"
+#include "zansong/fileman/register.h"
+#include "zansong/storage/files.h"
+#include "zansong/storage/scan.h"
+
+using zansong::NewSong;
+using zansong::WriteBatch;
+
+namespace {
+
+using Lines = std::list<std::string>;
+
+constexpr int kMaxAlbums = 499;
+constexpr int kProgressStep = 200;
+// New songs are read from their files in rounds of about this long while
+// the write lock is free, then written in one short transaction.
+constexpr int kReadRoundMs = 100;
+
+// The storage kind handed to the scan.
+int StorageKindOf(const char* root, const TSString& folder) {
+  if (zansong::IsUsbStickRoot(root)) {
+    if (folder == "Recorded Songs") return 5;
+    if (folder == "Downloaded Songs") return 4;
+    if (folder == "FromToPC") return 3;
+    return 2;
+  }
+  return zansong::IsInternalSongRoot(root) ? 1 : 0;
+}
+
+// The current local time as ctime prints it, without the line end.
+TSString NowText() {
+  std::time_t now = std::time(nullptr);
+  char text[64] = "";
+  ctime_r(&now, text);
+  TSString trimmed(text);
+  trimmed.Trim();
+  return trimmed;
+}
+
+// One call's state: the storage area and the open catalogue.
+class Registration {
+ public:
+  Registration(const TSString& root, const TSString& prefix, TDBSongMan& man, int progressTarget)
+      : root_(root), prefix_(prefix), man_(man), batch_(man), progressTarget_(progressTarget) {}
+
+  // Deletes the albums in vanished (and their songs).  False when the
+  // caller must stop: cancel, or an album row that could not be deleted.
+  bool DeleteAlbums(const Lines& vanished);
+  // Creates an album row for each directory of fresh.  False on a stop.
+  bool CreateAlbums(const Lines& fresh, const TSString& folder);
+  // Deletes the songs of the catalogue lines vanished, then the playlist
+  // entries whose song is gone.
+  void DeleteSongs(const Lines& vanished);
+  // Adds the songs of the scan lines fresh, until a cancel or a failed
+  // insert.
+  void AddSongs(const Lines& fresh);
+  // Renumbers albums and songs of the prefix by path.
+  void Renumber();
+  void Commit() { batch_.Commit(); }
+
+ private:
+  // Writes the prepared songs[from, to) of fresh; false on a stop.
+  bool WriteSongs(std::vector<NewSong>& songs, size_t total);
+
+  TSString root_;
+  TSString prefix_;
+  TDBSongMan& man_;
+  WriteBatch batch_;
+  int progressTarget_;
+  // Song insertion state.
+  int nextSongId_ = 0;
+  int nextOrder_ = 0;
+  int albumId_ = 0;
+  TSString albumPath_;
+  size_t written_ = 0;  // lines of fresh handled so far (the count)
+};
+
+bool Registration::DeleteAlbums(const Lines& vanished) {
+  for (const std::string& path : vanished) {
+    int id = man_.GetAlbumIDByPath(path.c_str());
+    batch_.BeforeWrite();
+    man_.DeleteData("song", "album_id", std::to_string(id).c_str());
+    int ok = man_.DeleteData("album", "album_path", path.c_str());
+    batch_.AfterWrite();
+    if (GetCancelFlag() || !ok) return false;
+  }
+  return true;
+}
+
+bool Registration::CreateAlbums(const Lines& fresh, const TSString& folder) {
+  const bool withCover = prefix_ == "y" || prefix_ == "d";
+  for (const std::string& d : fresh) {
+    TSString dir = root_ + TSString(d.c_str());
+    TSString titleFile = dir + "/.zanalbum";
+    TSString title;
+    if (FileExists(titleFile.c_str())) {
+      title = GetAlbumTitle(titleFile.c_str());
+    } else if (folder.Length() == 0) {
+      title = d.c_str();
+    } else {
+      title = TSString(d.c_str()).SubString(folder.Length() + 2);
+    }
+    TSString cover;
+    if (withCover && FileExists((dir + "/zanalbum.jpg").c_str())) {
+      cover = TSString(d.c_str()) + "/zanalbum.jpg";
+    }
+    batch_.BeforeWrite();
+    int id = man_.CreateAlbum(title.c_str(), d.c_str(), cover.c_str(), prefix_.c_str());
+    batch_.AfterWrite();
+    if (GetCancelFlag() || id < 0) return false;
+  }
+  return true;
+}
+
+void Registration::DeleteSongs(const Lines& vanished) {
+  int count = 0;
+  const int total = static_cast<int>(vanished.size());
+  for (const std::string& line : vanished) {
+    ++count;
+    if (count % kProgressStep == 0) {
+      PrintUnregisterMessage(count * 100 / total, progressTarget_, true);
+    }
+    std::string paths[2];
+    zansong::SplitCacheLine(line, 2, paths);
+    // The second field ends at the next tab.
+    paths[1] = paths[1].substr(0, paths[1].find('\t'));
+    batch_.BeforeWrite();
+    man_.DeleteSongByPath(&paths[0][0], &paths[1][0]);
+    batch_.AfterWrite();
+    // A cancel does not stop the clean-up of vanished songs.
+  }
+  batch_.BeforeWrite();
+  man_.DeletePsongNotExist(prefix_.c_str());
+  batch_.AfterWrite();
+}
+
+bool Registration::WriteSongs(std::vector<NewSong>& songs, size_t total) {
+  for (NewSong& song : songs) {
+    const int count = static_cast<int>(++written_);
+    if (count % kProgressStep == 0) {
+      PrintRegisterMessage(static_cast<int>(count * 100LL / static_cast<long long>(total)),
+                           progressTarget_, true);
+    }
+    if (!song.readable) continue;
+    zansong::FinishTitle(&song);
+    SongInfo& info = song.info;
+    if (albumId_ == 0 || !(info.albumPath == albumPath_)) {
+      albumId_ = man_.GetAlbumIDByPath(info.albumPath.c_str());
+      albumPath_ = info.albumPath;
+    }
+    TSString ctime = NowText();
+    batch_.BeforeWrite();
+    int ok = man_.AddSong2(albumId_, nextSongId_, nextOrder_, &info, ctime, prefix_.c_str());
+    batch_.AfterWrite();
+    if (GetCancelFlag() || !ok) return false;
+    ++nextSongId_;
+    ++nextOrder_;
+  }
+  return true;
+}
+
+void Registration::AddSongs(const Lines& fresh) {
+  nextSongId_ = man_.GetMaxInt("song", "song_id") + 1;
+  nextOrder_ = man_.GetMaxInt("song", "disp_order") + 1;
+  const size_t total = fresh.size();
+  auto next = fresh.begin();
+  while (next != fresh.end()) {
+    // Read a round of songs from their files with the write lock free...
+    batch_.Commit();
+    std::vector<NewSong> round;
+    const auto started = std::chrono::steady_clock::now();
+    while (next != fresh.end()) {
+      round.emplace_back();
+      zansong::ReadNewSong(root_, prefix_, *next++, &round.back());
+      if (std::chrono::steady_clock::now() - started >= std::chrono::milliseconds(kReadRoundMs)) {
+        break;
+      }
+    }
+    // ...then write them in order, as if each had been written at once.
+    if (!WriteSongs(round, total)) break;
+  }
+  batch_.Commit();
+}
+
+void Registration::Renumber() {
+  zansong::RenumberAlbumsByPath(man_, prefix_.c_str(), batch_);
+  zansong::RenumberSongsByPath(man_, prefix_.c_str(), batch_);
+  batch_.Commit();
+}
+
+// The MIDI and audio paths of a song cache line.
+std::pair<std::string, std::string> PathsOf(const std::string& line) {
+  std::string fields[3];
+  zansong::SplitCacheLine(line, 3, fields);
+  return {fields[0], fields[1]};
+}
+
+// After an incomplete scan: leaves out of fresh every song that the
+// catalogue already holds under the same paths (its file changed), so that
+// it is neither deleted nor registered twice.
+void DropChangedSongs(Lines& fresh, const Lines& catalogueOnly) {
+  std::set<std::pair<std::string, std::string>> known;
+  for (const std::string& line : catalogueOnly) known.insert(PathsOf(line));
+  fresh.remove_if([&known](const std::string& line) { return known.count(PathsOf(line)) > 0; });
+}
+
+}  // namespace
+
+extern "C" int FM_Add_AllSongs_ByCache(const char* root, const char* folder, int notifyRemote,
+                                       int keepOrder, int progressTarget) {
+  const TSString rootText(root);
+  TSString folderText(folder);
+  const TSString prefix = getprefix(folderText);
+  const int kind = StorageKindOf(rootText.c_str(), folderText);
+  TSString scanDir = rootText;
+  if (folderText.Length() > 0) scanDir += folderText + "/";
+  PrintRemoconMessage(9, 2);
+
+  Lines albumDirs, songLines, looseSongLines;
+  bool flag = false;
+  int ret = GetDirFileList4(scanDir.c_str(), rootText.Length() + 1, albumDirs, songLines,
+                            looseSongLines, kind, 0, &flag);
+  // A scan that could not open a directory saw only part of the storage:
+  // what it did not see must not be taken as gone.
+  const bool completeScan = ret != -1;
+
+  if (ret == 0 && !(looseSongLines.empty() && kind == 1) && folderText != "Recorded Songs" &&
+      folderText != "Downloaded Songs") {
+    if (albumDirs.size() < static_cast<size_t>(kMaxAlbums)) {
+      TSString self = scanDir.SubString(rootText.Length() + 1);
+      if (self.Length() > 0) self.SetLength(self.Length() - 1);
+      albumDirs.push_back(self.c_str());
+      songLines.splice(songLines.end(), looseSongLines);
+    } else {
+      ret = -2;
+    }
+  }
+  if (GetCancelFlag()) return -2;
+
+  albumDirs.sort();
+  songLines.sort();
+  TDBSongMan man;
+  if (!man.InitDB(rootText.c_str())) {
+    std::puts("DB Create Error");
+    std::fflush(stdout);
+    return ret;
+  }
+  if (!man.Open()) {
+    std::puts("DB Open Error");
+    std::fflush(stdout);
+    return ret;
+  }
+  Registration work(rootText, prefix, man, progressTarget);
+
+  Lines known;
+  if (!man.GetAlbumPathList(known, prefix.c_str())) {
+    man.Close();
+    return -2;
+  }
+  known.sort();
+  GetDiffCacheList(albumDirs, known);
+  if (completeScan && !work.DeleteAlbums(known)) {
+    work.Commit();
+    man.Close();
+    return ret;
+  }
+  if (!work.CreateAlbums(albumDirs, folderText)) {
+    work.Commit();
+    man.Close();
+    return ret;
+  }
+  work.Commit();
+  if (notifyRemote != 0) PrintRemoconMessage(11, 2);
+
+  known.clear();
+  if (!man.GetSongPathList(known, prefix.c_str())) {
+    man.Close();
+    return ret;
+  }
+  known.sort();
+  GetDiffCacheList(songLines, known);
+  if (completeScan) {
+    work.DeleteSongs(known);
+  } else {
+    DropChangedSongs(songLines, known);
+  }
+  work.AddSongs(songLines);
+  if (keepOrder == 0) work.Renumber();
+  work.Commit();
+  man.Close();
+  return ret;
+}

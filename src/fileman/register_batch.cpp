@@ -1,0 +1,53 @@
+// WriteBatch: short transactions around the writes of a registration.
+#include "fileman/register_batch.h"
+
+#include <sqlite3.h>
+
+#include <thread>
+
+namespace zansong {
+
+namespace {
+
+constexpr int kCommitTries = 5;
+
+}  // namespace
+
+bool WriteBatch::InTransaction() const {
+  sqlite3* db = man_.db.get();
+  return db != nullptr && sqlite3_get_autocommit(db) == 0;
+}
+
+void WriteBatch::BeforeWrite() {
+  sqlite3* db = man_.db.get();
+  if (db == nullptr || InTransaction()) return;
+  // A failure leaves the connection in autocommit mode: the write that
+  // follows then runs, and fails, exactly as it would on its own.
+  if (sqlite3_exec(db, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr) == SQLITE_OK) {
+    began_ = std::chrono::steady_clock::now();
+  }
+}
+
+void WriteBatch::AfterWrite() {
+  if (!InTransaction() || HeldMs() < kHoldBudgetMs) return;
+  Commit();
+  std::this_thread::sleep_for(std::chrono::milliseconds(kPauseMs));
+}
+
+void WriteBatch::Commit() {
+  sqlite3* db = man_.db.get();
+  // Each try waits up to the busy timeout for readers to let go.
+  for (int i = 0; i < kCommitTries && InTransaction(); ++i) {
+    sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr);
+  }
+  if (InTransaction()) sqlite3_exec(db, "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+int WriteBatch::HeldMs() const {
+  if (!InTransaction()) return 0;
+  return static_cast<int>(std::chrono::duration_cast<std::chrono::milliseconds>(
+                              std::chrono::steady_clock::now() - began_)
+                              .count());
+}
+
+}  // namespace zansong
