@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
-# The main job: installs what is missing, builds the library, lays out a
-# device image under build/ and shows what is in it.
+# The main job: installs what is missing, builds the library and zanfm, then
+# runs the zanfm demo: a device image with a generated sample library on the
+# internal storage and a USB stick, registered, listed, changed and
+# registered again.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 ./scripts/install-deps.sh
 cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-cmake --build build
-echo
-echo "Device image in build/device-image (the system root for the library):"
-(cd build/device-image && find . | sort | sed 's/^\.//; /^$/d')
+cmake --build build --target zanfm
+rm -rf build/zanfm-demo
+./build/tools/zanfm demo build/zanfm-demo
