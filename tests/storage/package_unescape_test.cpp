@@ -46,6 +46,12 @@ TEST_F(UnescapeTest, QuotesAreDroppedAndEscapesResolved) {
   EXPECT_EQ("", printed_);
 }
 
+TEST_F(UnescapeTest, QuotedTextWithAnEscapedLineEnd) {
+  WriteFile(package_, "<SELF>\"abc\"\\n");
+  EXPECT_EQ(0, Run(package_));
+  EXPECT_EQ("<SELF>abc\n", ReadFile(package_));
+}
+
 TEST_F(UnescapeTest, EscapedQuoteAndBackslashStandForThemselves) {
   WriteFile(package_, "SELF \\\"abc\\\"\\n \\\\ \\t");
   EXPECT_EQ(0, Run(package_));
