@@ -4,15 +4,15 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <functional>
-#include <queue>
 #include <string>
 #include <utility>
 
 #include "common/handles.h"
+#include "formats/smf_quantity.h"
 #include "formats/whole_file.h"
 #include "zansong/common/convert.h"
 #include "zansong/formats/smf.h"
@@ -56,6 +56,12 @@ TTrackData* TSmfData::GetTrackDatas(int i) const {
   return tracks_[static_cast<size_t>(i)].get();
 }
 
+bool TSmfData::Defer(uint32_t position, int track, int64_t tick) {
+  if (!deferring_) return false;
+  deferred_.push_back(DeferredEvent{tick, track, position});
+  return true;
+}
+
 void TSmfData::AddLocation(uint32_t trackOffset, uint32_t length, uint32_t kind) {
   locations_.Add(new TSmfEventLocation{trackStart_ + trackOffset, length, kind});
 }
@@ -85,7 +91,7 @@ int TSmfData::LoadFromFile(const char* path, bool limit) {
   size_t position = offset + sizeof header_;
   tracks_.reserve(static_cast<size_t>(trackCount));
   for (int i = 0; i < trackCount; ++i) {
-    auto track = std::make_unique<TTrackData>(this);
+    auto track = std::make_unique<TTrackData>(this, i);
     size_t used = 0;
     if (!track->LoadFromMemory(bytes + position, size - position, limit, &used)) {
       Clear();
@@ -133,28 +139,38 @@ double TSmfData::GetTotalTime(bool headOnly) {
   // A division of 0 gives no time scale: such a file is timed as 0.
   microsPerTick_ = division_ != 0 ? 60000000.0 / tempo_ / division_ : 0.0;
 
-  // Every track is visited at tick 0; after that only the tracks whose next
-  // event is due, in track order within one tick.  A track that is not due
-  // would only count the ticks, so it catches up on its next visit.
-  using Due = std::pair<int64_t, int>;  // (tick of next event, track index)
-  std::priority_queue<Due, std::vector<Due>, std::greater<Due>> due;
-  std::vector<int64_t> lastVisit(tracks_.size(), 0);
-  currentTick_ = 0;
+  // Each track is walked on its own: channel messages, which only mark
+  // channels, are handled at once, while meta and system exclusive events
+  // are noted with their tick and applied afterwards in the order of a walk
+  // over all tracks together (by tick, then track), since tempo changes and
+  // the later of two declarations depend on that order.
+  deferred_.clear();
+  deferring_ = true;
+  const int64_t step = headOnly ? 1 : INT64_MAX / 4;
   for (int i = 0; i < GetTrackCount(); ++i) {
     TTrackData* track = tracks_[static_cast<size_t>(i)].get();
-    if (track->IsEnded()) continue;
-    int64_t next = track->DecDeltaTime(1, i);
-    if (next > 0) due.emplace(next, i);
+    if (!track->IsEnded()) track->DecDeltaTime(step, i);
   }
-  if (!headOnly) {
-    while (!due.empty()) {
-      auto [tick, i] = due.top();
-      due.pop();
-      currentTick_ = tick;
-      int64_t next = tracks_[static_cast<size_t>(i)]->DecDeltaTime(tick - lastVisit[i], i);
-      lastVisit[i] = tick;
-      if (next > 0) due.emplace(tick + next, i);
+  deferring_ = false;
+  std::stable_sort(deferred_.begin(), deferred_.end(),
+                   [](const DeferredEvent& a, const DeferredEvent& b) {
+                     return a.tick < b.tick || (a.tick == b.tick && a.track < b.track);
+                   });
+  for (const DeferredEvent& event : deferred_) {
+    currentTick_ = event.tick;
+    TTrackData* track = tracks_[static_cast<size_t>(event.track)].get();
+    track->SetPosition(event.position);
+    if (track->GetData()[event.position] == 0xFF) {
+      track->MetaEvent(event.track);
+    } else {
+      track->SysExclusive();
     }
+  }
+  deferred_.clear();
+  // The walk ends at the tick where the last track ended.
+  currentTick_ = 0;
+  if (!headOnly) {
+    for (auto& track : tracks_) currentTick_ = std::max(currentTick_, track->GetEndTick());
   }
   return static_cast<double>(accumulatedMicros_) +
          static_cast<double>(currentTick_ - lastTempoTick_) * microsPerTick_;
@@ -165,16 +181,7 @@ int TSmfData::GetValue2(const unsigned char* p, unsigned* value) {
 }
 
 int TSmfData::GetValue2(const unsigned char* p, size_t size, unsigned* value) {
-  unsigned v = 0;
-  for (size_t i = 0; i < size; ++i) {
-    v = (v << 7) | (p[i] & 0x7F);
-    if ((p[i] & 0x80) == 0) {
-      if (i >= INT32_MAX) return 0;  // longer than any count can say
-      *value = v;
-      return static_cast<int>(i + 1);
-    }
-  }
-  return 0;
+  return zansong::ReadQuantity(p, size, value);
 }
 
 int TSmfData::GetLengthValue(unsigned value, unsigned char* out) {

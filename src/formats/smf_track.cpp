@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "formats/smf_quantity.h"
 #include "zansong/common/convert.h"
 #include "zansong/formats/smf.h"
 
@@ -20,9 +21,22 @@ void CopyText(char* dst, const unsigned char* text, uint32_t length, uint32_t ma
   dst[n] = '\0';
 }
 
+// Applies the channel message with status status whose data bytes start at
+// *position: moves past them and marks the channel of a note-on or key
+// pressure in notes.  false when the data bytes run past length.
+inline bool ApplyChannelMessage(unsigned char status, uint32_t length, uint32_t* position,
+                                uint32_t* notes) {
+  unsigned kind = status & 0xF0u;
+  uint32_t count = (kind == 0xC0 || kind == 0xD0) ? 1 : 2;
+  if (count > length - *position) return false;
+  if ((kind == 0x90 || kind == 0xA0) && notes != nullptr) notes[status & 0x0F] |= 1;
+  *position += count;
+  return true;
+}
+
 }  // namespace
 
-TTrackData::TTrackData(TSmfData* owner) : owner_(owner) {}
+TTrackData::TTrackData(TSmfData* owner, int index) : owner_(owner), index_(index) {}
 
 TTrackData::~TTrackData() { std::free(data_); }
 
@@ -70,6 +84,8 @@ int TTrackData::LoadFromMemory(const unsigned char* bytes, size_t size, bool lim
 void TTrackData::SetFirst() {
   position_ = 0;
   tick_ = -1;
+  absoluteTick_ = 0;
+  endTick_ = 0;
   runningStatus_ = 0;
   peekPosition_ = 0xFFFFFFFF;
   ended_ = false;
@@ -83,7 +99,7 @@ int TTrackData::PreparePlay() {
 int TTrackData::QueryValue(unsigned* value) {
   if (peekPosition_ != position_) {
     if (position_ >= length_) return 0;
-    peekSize_ = TSmfData::GetValue2(data_ + position_, length_ - position_, &peekValue_);
+    peekSize_ = zansong::ReadQuantity(data_ + position_, length_ - position_, &peekValue_);
     if (peekSize_ == 0) return 0;
     peekPosition_ = position_;
   }
@@ -97,57 +113,99 @@ int TTrackData::GetValue(unsigned* value) {
   return n;
 }
 
-void TTrackData::End() {
-  if (ended_) return;
-  ended_ = true;
-  owner_->NotifyEot();
+int TTrackData::ChannelData(unsigned char status) {
+  uint32_t* notes = owner_->para() != nullptr ? owner_->para()->channelNotes : nullptr;
+  if (!ApplyChannelMessage(status, length_, &position_, notes)) {
+    End();
+    return 0;
+  }
+  return 1;
 }
 
 int64_t TTrackData::DecDeltaTime(int64_t step, int trackIndex) {
   tick_ += step;
-  while (!ended_ && position_ < length_) {
-    unsigned delta;
-    int n = QueryValue(&delta);
-    if (n == 0) {  // the delta time runs past the data
-      End();
-      return 0;
-    }
-    if (tick_ < static_cast<int64_t>(delta)) return static_cast<int64_t>(delta) - tick_;
-    position_ += static_cast<uint32_t>(n);
-    tick_ -= delta;
-    if (position_ >= length_) {  // a delta time with no event after it
-      End();
-      return 0;
-    }
-    unsigned char first = data_[position_];
-    int handled;
-    if (first == 0xFF) {
-      handled = MetaEvent(trackIndex);
-    } else if (first == 0xF0 || first == 0xF7) {
-      handled = SysExclusive();
-    } else if (first & 0x80) {
-      handled = ShortEvent();
-    } else {
-      handled = RuningStatus();
-    }
-    if (handled == 0) return 0;
-    if (position_ >= length_) End();
-  }
-  return 0;
-}
+  // The loop works on local copies of the cursor state (stored back before
+  // any other handler runs and on every way out), so that the compiler can
+  // keep them in registers while it walks the notes.
+  const unsigned char* const data = data_;
+  const uint32_t length = length_;
+  uint32_t* const notes = owner_->para() != nullptr ? owner_->para()->channelNotes : nullptr;
+  uint32_t position = position_;
+  int64_t tick = tick_;
+  int64_t absolute = absoluteTick_;
+  unsigned char running = runningStatus_;
+  auto store = [&] {
+    position_ = position;
+    tick_ = tick;
+    absoluteTick_ = absolute;
+    runningStatus_ = running;
+  };
 
-int TTrackData::ChannelData(unsigned char status) {
-  uint32_t count = ((status & 0xF0) == 0xC0 || (status & 0xF0) == 0xD0) ? 1 : 2;
-  if (count > length_ - position_) {
-    End();
-    return 0;
+  while (!ended_ && position < length) {
+    unsigned delta;
+    int n;
+    if (peekPosition_ == position) {
+      delta = peekValue_;
+      n = peekSize_;
+    } else {
+      n = zansong::ReadQuantity(data + position, length - position, &delta);
+      if (n == 0) {  // the delta time runs past the data
+        store();
+        End();
+        return 0;
+      }
+    }
+    if (tick < static_cast<int64_t>(delta)) {
+      peekPosition_ = position;
+      peekValue_ = delta;
+      peekSize_ = n;
+      store();
+      return static_cast<int64_t>(delta) - tick;
+    }
+    position += static_cast<uint32_t>(n);
+    tick -= delta;
+    absolute += delta;
+    if (position >= length) {  // a delta time with no event after it
+      store();
+      End();
+      return 0;
+    }
+    unsigned char first = data[position];
+    if (first < 0xF0 && (first >= 0x80 || running != 0)) {
+      // A channel message, by far the most common event.
+      if (first >= 0x80) {
+        running = first;
+        ++position;
+      }
+      if (!ApplyChannelMessage(running, length, &position, notes)) {
+        store();
+        End();
+        return 0;
+      }
+    } else {
+      store();
+      int handled;
+      if (first == 0xFF) {
+        handled = MetaEvent(trackIndex);
+      } else if (first == 0xF0 || first == 0xF7) {
+        handled = SysExclusive();
+      } else if (first < 0x80) {
+        handled = RuningStatus();
+      } else {
+        handled = ShortEvent();
+      }
+      if (handled == 0) return 0;
+      position = position_;
+      running = runningStatus_;
+    }
+    if (position >= length) {
+      store();
+      End();
+      return 0;
+    }
   }
-  unsigned kind = status & 0xF0;
-  if ((kind == 0x90 || kind == 0xA0) && owner_->para() != nullptr) {
-    owner_->para()->channelNotes[status & 0x0F] |= 1;
-  }
-  position_ += count;
-  return 1;
+  store();
+  return 0;
 }
 
 int TTrackData::ShortEvent() {
@@ -191,7 +249,7 @@ int TTrackData::MetaEvent(int trackIndex) {
   }
   unsigned char type = data_[start + 1];
   unsigned size;
-  int n = TSmfData::GetValue2(data_ + start + 2, length_ - start - 2, &size);
+  int n = zansong::ReadQuantity(data_ + start + 2, length_ - start - 2, &size);
   if (n == 0) {
     End();
     return 0;
@@ -202,6 +260,10 @@ int TTrackData::MetaEvent(int trackIndex) {
     return 0;
   }
   position_ = body + size;
+  if (owner_->Defer(start, trackIndex, absoluteTick_)) {
+    if (type == 0x2F) End();
+    return 1;
+  }
   const unsigned char* text = data_ + body;
   TSongPara* para = owner_->para();
 
@@ -271,7 +333,7 @@ int TTrackData::SysExclusive() {
   uint32_t start = position_;
   bool withF0 = data_[start] == 0xF0;
   unsigned size;
-  int n = TSmfData::GetValue2(data_ + start + 1, length_ - start - 1, &size);
+  int n = zansong::ReadQuantity(data_ + start + 1, length_ - start - 1, &size);
   if (n == 0) {
     End();
     return 0;
@@ -282,6 +344,7 @@ int TTrackData::SysExclusive() {
     return 0;
   }
   position_ = body + size;
+  if (owner_->Defer(start, index_, absoluteTick_)) return 1;
   TSongPara* para = owner_->para();
   if (para == nullptr || size == 0 || data_[body + size - 1] != 0xF7) return 1;
 

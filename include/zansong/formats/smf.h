@@ -64,7 +64,8 @@ class TSmfData;
 // One "MTrk" chunk and the walker's cursor in it.
 class TTrackData {
  public:
-  explicit TTrackData(TSmfData* owner);
+  // index: the track's place in the file (0 for the first track).
+  explicit TTrackData(TSmfData* owner, int index = 0);
   ~TTrackData();
   TTrackData(const TTrackData&) = delete;
   TTrackData& operator=(const TTrackData&) = delete;
@@ -104,17 +105,23 @@ class TTrackData {
   const unsigned char* GetData() const { return data_; }
   const unsigned char* GetChunkHeader() const { return header_; }
   uint32_t GetPosition() const { return position_; }
+  void SetPosition(uint32_t position) { position_ = position; }
+  // The tick (counted from the track's start) at which the track ended.
+  int64_t GetEndTick() const { return endTick_; }
 
  private:
   // Marks the track ended and tells the owner.
-  void End();
+  inline void End();
   // Applies a channel message with status status whose data bytes start at
-  // the cursor.
+  // the cursor; ends the track and returns 0 when they run past the data.
   int ChannelData(unsigned char status);
 
   TSmfData* owner_;
+  int index_;
   uint32_t position_ = 0;
   int64_t tick_ = -1;
+  int64_t absoluteTick_ = 0;  // tick of the last event handled
+  int64_t endTick_ = 0;
   unsigned char runningStatus_ = 0;
   uint32_t peekPosition_ = 0xFFFFFFFF;
   unsigned peekValue_ = 0;
@@ -184,10 +191,20 @@ class TSmfData {
   TSongPara* para() const { return para_; }
   int64_t currentTick() const { return currentTick_; }
   void AddLocation(uint32_t trackOffset, uint32_t length, uint32_t kind);
+  // During GetTotalTime's per-track walk: notes the meta or system exclusive
+  // event at position of track, due at tick, to be applied later, and
+  // returns true.  At other times returns false (apply it now).
+  bool Defer(uint32_t position, int track, int64_t tick);
   void ChangeTempo(uint32_t microsPerQuarter);
 
  private:
   void ClearLocations();
+
+  struct DeferredEvent {
+    int64_t tick;
+    int track;
+    uint32_t position;
+  };
 
   unsigned char header_[14] = {};
   int64_t currentTick_ = -1;
@@ -205,7 +222,17 @@ class TSmfData {
   int64_t accumulatedMicros_ = 0;
   TSString scratch_;
   int format_ = 0;
+  bool deferring_ = false;
+  std::vector<DeferredEvent> deferred_;
 };
+
+// Ending a track, inline so that the event loop does not pay a call.
+inline void TTrackData::End() {
+  if (ended_) return;
+  ended_ = true;
+  endTick_ = absoluteTick_;
+  owner_->NotifyEot();
+}
 
 int GetSMFInfo(const char* path, TSongPara* para, bool headOnly, const char* reserved);
 int SetSMFTitle(const char* path, const char* newTitleUtf8);
