@@ -3,18 +3,21 @@
 # expects, under DIR.  With FM_SetSystemRoot(DIR) the library then works on
 # this tree instead of the instrument's own paths.
 #
-#   make-image.sh DIR [--songdb2json PROGRAM]
+#   make-image.sh DIR --songdb2json PROGRAM
+#
+# PROGRAM is the built catalogue exporter (device/songdb2json), installed in
+# the image as usr/local/bin/songdb2json.
 #
 # DIR is created when missing; files already in the image are replaced,
 # songs and catalogues already in it are kept.
 set -euo pipefail
 
-usage() { echo "usage: make-image.sh DIR [--songdb2json PROGRAM]" >&2; exit 2; }
+usage() { echo "usage: make-image.sh DIR --songdb2json PROGRAM" >&2; exit 2; }
 
 [ $# -ge 1 ] || usage
 dir=$1; shift
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-exporter="$here/songdb2json.placeholder"
+exporter=
 while [ $# -gt 0 ]; do
   case "$1" in
     --songdb2json) [ $# -ge 2 ] || usage; exporter=$2; shift 2 ;;
@@ -22,6 +25,7 @@ while [ $# -gt 0 ]; do
   esac
 done
 
+[ -n "$exporter" ] || usage
 sqlite=$(command -v sqlite3) || { echo "make-image.sh: no sqlite3 program found" >&2; exit 1; }
 
 mkdir -p "$dir/usr/local/songs" "$dir/usr/local/bin" "$dir/usr/local/etc" \
