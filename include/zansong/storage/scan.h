@@ -8,9 +8,10 @@
 // The paths are relative to the storage root ("" when the song has no such
 // file), kind is "SMF", "SMF,MP3", "SMF,WAV", "MP3" or "WAV", and time is
 // the modification time (GetModifyTime) of the MIDI file, or of the audio
-// file of an audio-only song.  Lines of downloaded songs (the storage kind
-// 4, and any line under a "Downloaded Songs" folder) leave the time out and
-// end with kind and a tab, as the catalogue's own lines for them do.
+// file of an audio-only song.  Lines of downloaded songs leave the time out
+// and end with kind and a tab, as the catalogue's own lines for them do:
+// GetSongCache2 with storage kind 4, and the lines of a walk that began in
+// a "Downloaded Songs" folder of any storage.
 //
 // Relative paths are cut from full paths with SubString(path, start), where
 // start is the length of the root plus 1.
@@ -60,8 +61,9 @@ void GetSongCacheList(TSString& root, std::list<std::string>& paths, std::list<s
 // those only it had.
 void GetDiffCacheList(std::list<std::string>& a, std::list<std::string>& b);
 
-// Scans the storage tree below dir (ending in "/"), at most three levels
-// deep below the top (two for storageKind 4 and 5).  albumDirs receives the
+// Scans the storage tree below dir (ending in "/"): songs are listed in dir
+// and in directories up to two levels below it (one level for storageKind 4
+// and 5); deeper directories are opened but not listed.  albumDirs receives the
 // album directories (relative paths, no final "/"), songLines the lines of
 // the songs inside them, and looseSongLines (cleared first) the lines of the
 // songs directly in dir.  A MIDI file and a ".WAV" or ".MP3" file of the
@@ -75,7 +77,7 @@ void GetDiffCacheList(std::list<std::string>& a, std::list<std::string>& b);
 int GetDirFileList4(const char* dir, int start, std::list<std::string>& albumDirs,
                     std::list<std::string>& songLines, std::list<std::string>& looseSongLines,
                     int storageKind, int level, bool* flag);
-// The same walk (always three levels below the top), each song file turned
+// The same walk (always two levels below dir), each song file turned
 // into a line at once with GetSongCache; -3 as soon as one directory gives
 // more than 999 lines.
 int GetDirFileList3(const char* dir, int start, std::list<std::string>& albumDirs,
