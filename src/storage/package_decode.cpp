@@ -16,12 +16,14 @@
 namespace zansong {
 
 bool IsSafePackageFileName(const TSString& name) {
-  if (name.Length() == 0 || name[0] == '/') return false;
+  if (name.Length() == 0 || name[0] == '/' || name[name.Length() - 1] == '/') return false;
   int componentStart = 0;
   for (int i = 0; i <= name.Length(); ++i) {
     if (i == name.Length() || name[i] == '/') {
-      if (i - componentStart == 2 && name[componentStart] == '.' &&
-          name[componentStart + 1] == '.') {
+      const char* component = name.c_str() + componentStart;
+      const int length = i - componentStart;
+      if ((length == 1 && component[0] == '.') ||
+          (length == 2 && component[0] == '.' && component[1] == '.')) {
         return false;
       }
       componentStart = i + 1;

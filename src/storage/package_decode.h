@@ -7,8 +7,9 @@
 namespace zansong {
 
 // Whether a file name taken from a package may be used: not empty, not
-// absolute, no ".." component, no byte below 0x20.  Any other name stays
-// inside the package's directory.
+// absolute, no ".." component, no byte below 0x20, and naming a file (no
+// "." component, no final "/").  Any other name stays inside the package's
+// directory.
 bool IsSafePackageFileName(const TSString& name);
 
 // Decodes output + ".b64" into output with the openssl program.  An earlier

@@ -170,8 +170,8 @@ TEST_F(PackageTest, XmlFileNameWithAQuoteIsJustAName) {
 
 TEST_F(PackageTest, XmlFileNamesThatLeaveTheDirectoryAreRefused) {
   const std::string before = OutsideListing();
-  for (std::string bad : {"../x.mid", "a/../../x.mid", "/tmp/x.mid", "", "a&#9;b.mid", "..",
-                          "../$(touch PWNED).mid"}) {
+  for (std::string bad : {"../x.mid", "a/../../x.mid", "/tmp/x.mid", "", "a&#9;b.mid", "..", ".",
+                          "a/", "./x.mid", "../$(touch PWNED).mid"}) {
     WriteFile(package_, XmlPackage(bad, Base64("song")));
     std::string printed;
     EXPECT_EQ("", Decode2(nullptr, &printed)) << bad;
@@ -279,7 +279,7 @@ TEST_F(PackageTest, SelfFileNameWithShellTextIsJustAName) {
 
 TEST_F(PackageTest, SelfFileNamesThatLeaveTheDirectoryAreRefused) {
   const std::string before = OutsideListing();
-  for (std::string bad : {"../x.mid", "/tmp/x.mid", "", "..", "../$(touch PWNED).mid"}) {
+  for (std::string bad : {"../x.mid", "/tmp/x.mid", "", "..", ".", "a/", "../$(touch PWNED).mid"}) {
     WriteFile(package_, SelfPackage(bad, Base64("song")));
     EXPECT_EQ("", Decode1()) << bad;
   }

@@ -9,8 +9,9 @@
 // empty, are the signs of success.
 //
 // A file name taken from a package is refused when it is empty, absolute,
-// holds a ".." component or a byte below 0x20; the decoder then fails as on
-// a decode error and writes nothing.
+// holds a ".." component or a byte below 0x20, or names no file (a "."
+// component, a final "/"); the decoder then fails as on a decode error and
+// writes nothing.
 //
 // Working files beside the output: output + ".b64" (the gathered base64
 // text) and output + ".bak" (the earlier file of the same name, moved aside
