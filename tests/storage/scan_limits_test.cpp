@@ -122,6 +122,11 @@ TEST_F(ScanLimitsTest, UnreadableSubdirectoryStopsTheWholeScan) {
   EXPECT_EQ(1, ScanAsNobody(root_, start_));
   ASSERT_EQ(0, chmod((root_ + "locked").c_str(), 0755));
   EXPECT_EQ(0, ScanAsNobody(root_, start_));
+  // Below the depth whose songs are listed, a directory is still opened.
+  MakeDirs(root_ + "locked/b/c");
+  ASSERT_EQ(0, chmod((root_ + "locked/b").c_str(), 0755));
+  ASSERT_EQ(0, chmod((root_ + "locked/b/c").c_str(), 0700));
+  EXPECT_EQ(1, ScanAsNobody(root_, start_));
 }
 
 }  // namespace
