@@ -50,7 +50,9 @@ int GetPsongInfo(const char* path, std::vector<TSongNameString>& songs) {
   if (path == nullptr || !lines.LoadFromFile(path)) return -1;
   int lineCount = lines.Count();
   if (lineCount <= 3 || lines[0] != kMagicLine || lines[2].SubString(1, 4) != "FILE") return 0;
+  // A negative count ("-12") would read as a failure code: no songs.
   int count = lines[2].SubString(5, 3).ToInt();
+  if (count < 0) count = 0;
 
   // Lines are numbered from 0 here; the header text starts at the fourth.
   int next = 3;

@@ -172,6 +172,13 @@ TEST_F(PsongTest, CountThatIsNotANumberReadsNothing) {
   EXPECT_TRUE(songs.empty());
 }
 
+TEST_F(PsongTest, NegativeCountReadsNothing) {
+  std::vector<TSongNameString> songs;
+  EXPECT_EQ(Read(ManagementFile("-12", {Song("X       MID")}), songs), 0);
+  EXPECT_EQ(Read(ManagementFile("-1 ", {Song("X       MID")}), songs), 0);
+  EXPECT_TRUE(songs.empty());
+}
+
 TEST_F(PsongTest, MissingFileGivesMinusOne) {
   std::vector<TSongNameString> songs;
   EXPECT_EQ(GetPsongInfo((image_.SongRoot() + "none").c_str(), songs), -1);
