@@ -40,16 +40,16 @@ bool WriteFull(int fd, const char* buffer, size_t n) {
 }  // namespace
 
 int FileExistsX(const char* path) {
-  zansong::ScopedFd fd(::open(path, O_RDONLY | O_CLOEXEC));
+  zansong::FileDescriptor fd(::open(path, O_RDONLY | O_CLOEXEC));
   return fd.valid() ? 1 : 0;
 }
 
 int FileDelete(const char* name) { return ::unlink(name) == 0 ? 1 : 0; }
 
 int FileCopy(const char* from, const char* to) {
-  zansong::ScopedFd source(::open(from, O_RDONLY | O_CLOEXEC));
+  zansong::FileDescriptor source(::open(from, O_RDONLY | O_CLOEXEC));
   if (!source.valid()) return 0;
-  zansong::ScopedFd target(::open(to, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
+  zansong::FileDescriptor target(::open(to, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
   if (!target.valid()) return 0;
   char block[kBlockSize];
   for (;;) {
@@ -61,9 +61,9 @@ int FileCopy(const char* from, const char* to) {
 }
 
 int FileCompare(const char* a, const char* b) {
-  zansong::ScopedFd first(::open(a, O_RDONLY | O_CLOEXEC));
+  zansong::FileDescriptor first(::open(a, O_RDONLY | O_CLOEXEC));
   if (!first.valid()) return 0;
-  zansong::ScopedFd second(::open(b, O_RDONLY | O_CLOEXEC));
+  zansong::FileDescriptor second(::open(b, O_RDONLY | O_CLOEXEC));
   if (!second.valid()) return 0;
   char block_a[kBlockSize];
   char block_b[kBlockSize];

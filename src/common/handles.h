@@ -1,31 +1,82 @@
-// Owners of the C handles the text layer opens (file descriptors, FILE
-// streams, iconv converters), so that every early return closes them.
-// All are move-less and copy-less: they live on the stack of one function.
+// Owners of the C handles the library opens (file descriptors, directory
+// streams, FILE streams, iconv converters), so that every early return
+// closes them.
+//
+// FileDescriptor owns an fd (-1 for none) and closes it on destruction;
+// Close() closes it early and reports close's result.  DirectoryHandle owns
+// a DIR* (null for none).  Both are move-only.  ScopedFile and ScopedIconv
+// are neither copied nor moved: they live on the stack of one function.
 #ifndef ZANSONG_COMMON_HANDLES_H_
 #define ZANSONG_COMMON_HANDLES_H_
 
+#include <dirent.h>
 #include <iconv.h>
 #include <unistd.h>
 
 #include <cstdio>
+#include <utility>
 
 namespace zansong {
 
-class ScopedFd {
+class FileDescriptor {
  public:
-  explicit ScopedFd(int fd) : fd_(fd) {}
-  ~ScopedFd() {
-    if (fd_ >= 0) ::close(fd_);
+  explicit FileDescriptor(int fd = -1) : fd_(fd) {}
+  ~FileDescriptor() { Close(); }
+  FileDescriptor(FileDescriptor&& other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
+  FileDescriptor& operator=(FileDescriptor&& other) noexcept {
+    if (this != &other) {
+      Close();
+      fd_ = std::exchange(other.fd_, -1);
+    }
+    return *this;
   }
-  ScopedFd(const ScopedFd&) = delete;
-  ScopedFd& operator=(const ScopedFd&) = delete;
+  FileDescriptor(const FileDescriptor&) = delete;
+  FileDescriptor& operator=(const FileDescriptor&) = delete;
 
   bool valid() const { return fd_ >= 0; }
   int get() const { return fd_; }
+  // 0 when there was nothing to close or close succeeded, else -1.
+  int Close() {
+    if (fd_ < 0) return 0;
+    return ::close(std::exchange(fd_, -1));
+  }
 
  private:
   int fd_;
 };
+
+class DirectoryHandle {
+ public:
+  explicit DirectoryHandle(DIR* dir = nullptr) : dir_(dir) {}
+  explicit DirectoryHandle(const char* path) : dir_(::opendir(path)) {}
+  ~DirectoryHandle() { Close(); }
+  DirectoryHandle(DirectoryHandle&& other) noexcept : dir_(std::exchange(other.dir_, nullptr)) {}
+  DirectoryHandle& operator=(DirectoryHandle&& other) noexcept {
+    if (this != &other) {
+      Close();
+      dir_ = std::exchange(other.dir_, nullptr);
+    }
+    return *this;
+  }
+  DirectoryHandle(const DirectoryHandle&) = delete;
+  DirectoryHandle& operator=(const DirectoryHandle&) = delete;
+
+  bool valid() const { return dir_ != nullptr; }
+  DIR* get() const { return dir_; }
+  // The next entry, or null at the end.
+  dirent* Next() { return ::readdir(dir_); }
+  void Close() {
+    if (dir_ != nullptr) ::closedir(std::exchange(dir_, nullptr));
+  }
+
+ private:
+  DIR* dir_;
+};
+
+// "." and "..", which every listing skips.
+inline bool IsDotEntry(const char* name) {
+  return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+}
 
 class ScopedFile {
  public:

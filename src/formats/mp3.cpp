@@ -43,7 +43,7 @@ void SetText(char* dst, size_t capacity, const char* text) {
 
 int ReadFileDataMp3(const char* path, ID3TAG* tag, MP3INF* info) {
   if (path == nullptr) return -1;
-  zansong::ScopedFd fd(::open(path, O_RDONLY | O_CLOEXEC));
+  zansong::FileDescriptor fd(::open(path, O_RDONLY | O_CLOEXEC));
   if (!fd.valid()) return -1;
   unsigned char header[4] = {};
   if (::read(fd.get(), header, sizeof header) < 0) return -1;

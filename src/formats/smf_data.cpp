@@ -269,7 +269,7 @@ int TSmfData::ChangeTitle(const char* path, const char* title, bool insert) {
     changed = true;
   }
 
-  zansong::ScopedFd fd(::open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+  zansong::FileDescriptor fd(::open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
   if (!fd.valid()) return 0;
   size_t written = 0;
   while (written < out.size()) {

@@ -31,7 +31,7 @@ bool Skip(int fd, uint32_t size) { return ::lseek(fd, static_cast<off_t>(size), 
 int64_t TWaveData::LoadFromFile(const char* path) {
   Clear();
   if (path == nullptr) return 0;
-  zansong::ScopedFd fd(::open(path, O_RDONLY | O_CLOEXEC));
+  zansong::FileDescriptor fd(::open(path, O_RDONLY | O_CLOEXEC));
   if (!fd.valid()) return 0;
   unsigned char riff[8];
   unsigned char wave[4];

@@ -17,7 +17,7 @@ bool WholeFile::Load(const char* path) {
   data_ = nullptr;
   size_ = 0;
   if (path == nullptr) return false;
-  ScopedFd fd(::open(path, O_RDONLY | O_CLOEXEC));
+  FileDescriptor fd(::open(path, O_RDONLY | O_CLOEXEC));
   if (!fd.valid()) return false;
   struct stat st;
   if (::fstat(fd.get(), &st) != 0 || st.st_size < 0) return false;

@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "storage/files_handles.h"
+#include "common/handles.h"
 #include "zansong/common/process.h"
 #include "zansong/storage/files.h"
 

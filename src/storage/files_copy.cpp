@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <vector>
 
-#include "storage/files_handles.h"
+#include "common/handles.h"
 #include "zansong/async/cancel.h"
 #include "zansong/common/file_util.h"
 #include "zansong/storage/files.h"

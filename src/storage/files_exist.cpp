@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "storage/files_handles.h"
+#include "common/handles.h"
 #include "zansong/common/file_util.h"
 #include "zansong/common/path.h"
 #include "zansong/storage/files.h"

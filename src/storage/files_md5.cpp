@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <memory>
 
-#include "storage/files_handles.h"
+#include "common/handles.h"
 #include "zansong/storage/files.h"
 
 namespace {

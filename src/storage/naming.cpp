@@ -12,7 +12,7 @@
 #include <cstring>
 #include <ctime>
 
-#include "storage/files_handles.h"
+#include "common/handles.h"
 #include "zansong/common/path.h"
 #include "zansong/storage/files.h"
 

@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <string>
 
-#include "storage/files_handles.h"
+#include "common/handles.h"
 #include "storage/package_decode.h"
 #include "zansong/storage/package.h"
 

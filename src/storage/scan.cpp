@@ -9,7 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "storage/files_handles.h"
+#include "common/handles.h"
 #include "storage/scan_cache.h"
 #include "zansong/common/path.h"
 #include "zansong/db/songinfo.h"

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <string>
 
-#include "storage/files_handles.h"
+#include "common/handles.h"
 #include "zansong/storage/scan.h"
 
 int GetDirFileList(const char* dir, std::list<std::string>& files) {
