@@ -40,11 +40,11 @@ std::vector<std::string> MidiSeeds() {
 std::vector<std::string> WavSeeds() {
   std::vector<std::string> seeds;
   for (int fmtSize : {16, 18, 40}) {
-    WavSpec spec;
-    spec.fmtSize = fmtSize;
-    spec.dataBytes = 64;
-    spec.chunksBeforeFmt.push_back(ListInfoChunk("seed"));
-    seeds.push_back(BuildWav(spec));
+    WavSpec wav;
+    wav.fmtSize = fmtSize;
+    wav.dataBytes = 64;
+    wav.chunksBeforeFmt.push_back(ListInfoChunk("seed"));
+    seeds.push_back(BuildWav(wav));
   }
   WavSpec noData;
   noData.withData = false;

@@ -355,31 +355,32 @@ TSString FormatInt(int width, int value) {
   return TSString(zeros.c_str()) + text;
 }
 
-TSString FormatFloat(const TSString& spec, float value) {
+TSString FormatFloat(const TSString& format, float value) {
   // Accepted: flags and at most three width digits, ".", one to three
   // precision digits.  Anything else could turn the format into a different
   // conversion, so it gives "".
-  const int dot = spec.AnsiPos(".");
-  if (dot < 2 || dot >= spec.Length()) return TSString();
+  const int dot = format.AnsiPos(".");
+  if (dot < 2 || dot >= format.Length()) return TSString();
   int width_digits = 0;
   for (int i = 0; i < dot - 1; ++i) {
-    const char c = spec[i];
+    const char c = format[i];
     if (IsDigit(c)) {
       ++width_digits;
     } else if (width_digits > 0 || c == 0 || std::strchr("-+ #0", c) == nullptr) {
       return TSString();
     }
   }
-  const int precision_digits = spec.Length() - dot;
+  const int precision_digits = format.Length() - dot;
   if (width_digits > 3 || precision_digits > 3) return TSString();
-  for (int i = dot; i < spec.Length(); ++i) {
-    if (!IsDigit(spec[i])) return TSString();
+  for (int i = dot; i < format.Length(); ++i) {
+    if (!IsDigit(format[i])) return TSString();
   }
-  const std::string format = std::string("%") + spec.c_str() + "f";
-  const int size = std::snprintf(nullptr, 0, format.c_str(), static_cast<double>(value));
+  const std::string conversion = std::string("%") + format.c_str() + "f";
+  const int size = std::snprintf(nullptr, 0, conversion.c_str(), static_cast<double>(value));
   if (size < 0) return TSString();
   TSString result(nullptr, size);
-  std::snprintf(result, static_cast<size_t>(size) + 1, format.c_str(), static_cast<double>(value));
+  std::snprintf(result, static_cast<size_t>(size) + 1, conversion.c_str(),
+                static_cast<double>(value));
   return result;
 }
 

@@ -399,14 +399,14 @@ TEST(TSStringTest, FormatFloatPrintsWithWidthAndPrecision) {
   EXPECT_EQ("3.1  ", Bytes(FormatFloat(TSString("-5.1"), 3.14159f)));
 }
 
-TEST(TSStringTest, FormatFloatRejectsSpecWithoutDotOrPrecision) {
+TEST(TSStringTest, FormatFloatRejectsFormatWithoutDotOrPrecision) {
   EXPECT_EQ("", Bytes(FormatFloat(TSString(".1"), 1.5f)));
   EXPECT_EQ("", Bytes(FormatFloat(TSString("3."), 1.5f)));
   EXPECT_EQ("", Bytes(FormatFloat(TSString("3"), 1.5f)));
   EXPECT_EQ("", Bytes(FormatFloat(TSString(), 1.5f)));
 }
 
-TEST(TSStringTest, FormatFloatRejectsSpecThatIsNoWidthAndPrecision) {
+TEST(TSStringTest, FormatFloatRejectsFormatThatIsNoWidthAndPrecision) {
   EXPECT_EQ("", Bytes(FormatFloat(TSString("3.1n"), 1.5f)));
   EXPECT_EQ("", Bytes(FormatFloat(TSString("3.1s%"), 1.5f)));
   EXPECT_EQ("", Bytes(FormatFloat(TSString("x.1"), 1.5f)));

@@ -28,12 +28,12 @@ inline void WriteSongFile(const std::string& path, const std::string& title, int
 
 // A WAV file of the given playing time (8 kHz mono, 8 bits).
 inline void WriteWavSong(const std::string& path, int milliseconds) {
-  WavSpec spec;
-  spec.channels = 1;
-  spec.sampleRate = 8000;
-  spec.bitsPerSample = 8;
-  spec.dataBytes = static_cast<uint32_t>(milliseconds * 8);
-  WriteWavFile(path, spec);
+  WavSpec wav;
+  wav.channels = 1;
+  wav.sampleRate = 8000;
+  wav.bitsPerSample = 8;
+  wav.dataBytes = static_cast<uint32_t>(milliseconds * 8);
+  WriteWavFile(path, wav);
 }
 
 inline void SetModifyTime(const std::string& path, long seconds) {

@@ -10,22 +10,22 @@ namespace {
 
 class WaveTest : public DeviceTest {
  protected:
-  std::string Put(const WavSpec& spec, const std::string& name = "song.wav") {
+  std::string Put(const WavSpec& wav, const std::string& name = "song.wav") {
     std::string path = image_.SongRoot() + name;
-    EXPECT_TRUE(WriteWavFile(path, spec));
+    EXPECT_TRUE(WriteWavFile(path, wav));
     return path;
   }
-  int64_t Time(const WavSpec& spec) {
+  int64_t Time(const WavSpec& wav) {
     TWaveData wave;
-    return wave.LoadFromFile(Put(spec).c_str());
+    return wave.LoadFromFile(Put(wav).c_str());
   }
 };
 
 TEST_F(WaveTest, SixteenBitStereoSecond) {
-  WavSpec spec;
-  spec.dataBytes = 176400;
+  WavSpec wav;
+  wav.dataBytes = 176400;
   TWaveData wave;
-  EXPECT_EQ(wave.LoadFromFile(Put(spec).c_str()), 1000);
+  EXPECT_EQ(wave.LoadFromFile(Put(wav).c_str()), 1000);
   EXPECT_EQ(wave.GetChannels(), 2);
   EXPECT_EQ(wave.GetSampleRate(), 44100);
   EXPECT_EQ(wave.GetBitsPerSample(), 16);
@@ -33,39 +33,39 @@ TEST_F(WaveTest, SixteenBitStereoSecond) {
 }
 
 TEST_F(WaveTest, EightBitMono) {
-  WavSpec spec;
-  spec.channels = 1;
-  spec.bitsPerSample = 8;
-  spec.sampleRate = 22050;
-  spec.dataBytes = 33075;  // 1.5 s
-  EXPECT_EQ(Time(spec), 1500);
+  WavSpec wav;
+  wav.channels = 1;
+  wav.bitsPerSample = 8;
+  wav.sampleRate = 22050;
+  wav.dataBytes = 33075;  // 1.5 s
+  EXPECT_EQ(Time(wav), 1500);
 }
 
 TEST_F(WaveTest, DivisionsAreIntegerSteps) {
   // ((1001 / 2) / 2) * 1000 / 8000 = (250 * 1000) / 8000 = 31.
-  WavSpec spec;
-  spec.sampleRate = 8000;
-  spec.dataBytes = 1001;
-  EXPECT_EQ(Time(spec), 31);
+  WavSpec wav;
+  wav.sampleRate = 8000;
+  wav.dataBytes = 1001;
+  EXPECT_EQ(Time(wav), 31);
 }
 
 TEST_F(WaveTest, ListChunkBeforeFmt) {
-  WavSpec spec;
-  spec.dataBytes = 88200;
-  spec.chunksBeforeFmt.push_back(ListInfoChunk("A recording"));
-  spec.chunksAfterFmt.push_back(WavChunk{"fact", std::string(4, '\x01')});
-  EXPECT_EQ(Time(spec), 500);
+  WavSpec wav;
+  wav.dataBytes = 88200;
+  wav.chunksBeforeFmt.push_back(ListInfoChunk("A recording"));
+  wav.chunksAfterFmt.push_back(WavChunk{"fact", std::string(4, '\x01')});
+  EXPECT_EQ(Time(wav), 500);
 }
 
 TEST_F(WaveTest, FmtChunkSizes) {
   for (int size : {16, 18, 40}) {
-    WavSpec spec;
-    spec.fmtSize = size;
-    spec.channels = 1;
-    spec.sampleRate = 48000;
-    spec.dataBytes = 96000;
-    spec.chunksAfterFmt.push_back(WavChunk{"junk", "xy"});
-    EXPECT_EQ(Time(spec), 1000) << size;
+    WavSpec wav;
+    wav.fmtSize = size;
+    wav.channels = 1;
+    wav.sampleRate = 48000;
+    wav.dataBytes = 96000;
+    wav.chunksAfterFmt.push_back(WavChunk{"junk", "xy"});
+    EXPECT_EQ(Time(wav), 1000) << size;
   }
 }
 
@@ -73,58 +73,58 @@ TEST_F(WaveTest, FmtExtensionIsSkippedByItsOwnSizeField) {
   // A 20-byte fmt chunk that says it has 0 extra bytes: the two bytes left
   // over are read as the start of the next chunk header, so the data chunk
   // is not found.
-  WavSpec spec;
-  spec.fmtSize = 20;
-  spec.extraSize = 0;
-  spec.dataBytes = 176400;
-  EXPECT_EQ(Time(spec), 0);
-  spec.extraSize = 2;
-  EXPECT_EQ(Time(spec), 1000);
+  WavSpec wav;
+  wav.fmtSize = 20;
+  wav.extraSize = 0;
+  wav.dataBytes = 176400;
+  EXPECT_EQ(Time(wav), 0);
+  wav.extraSize = 2;
+  EXPECT_EQ(Time(wav), 1000);
 }
 
 TEST_F(WaveTest, NoDataChunkGivesZero) {
-  WavSpec spec;
-  spec.withData = false;
-  spec.chunksAfterFmt.push_back(ListInfoChunk("no data"));
-  EXPECT_EQ(Time(spec), 0);
+  WavSpec wav;
+  wav.withData = false;
+  wav.chunksAfterFmt.push_back(ListInfoChunk("no data"));
+  EXPECT_EQ(Time(wav), 0);
 }
 
 TEST_F(WaveTest, NoFmtChunkUsesTheDefaults) {
-  WavSpec spec;
-  spec.withFmt = false;
-  spec.dataBytes = 22050;  // 2 channels, 8 bits, 11025 Hz: 1 s
-  EXPECT_EQ(Time(spec), 1000);
+  WavSpec wav;
+  wav.withFmt = false;
+  wav.dataBytes = 22050;  // 2 channels, 8 bits, 11025 Hz: 1 s
+  EXPECT_EQ(Time(wav), 1000);
 }
 
 TEST_F(WaveTest, DataSizeFieldIsUsedAsIs) {
-  WavSpec spec;
-  spec.dataBytes = 10;
-  spec.dataSizeField = 352800;
-  EXPECT_EQ(Time(spec), 2000);
-  spec.dataSizeField = 0xFFFFFFFFLL;  // a size beyond 2 GiB still counts up
-  EXPECT_EQ(Time(spec), 0xFFFFFFFFLL / 4 * 1000 / 44100);
+  WavSpec wav;
+  wav.dataBytes = 10;
+  wav.dataSizeField = 352800;
+  EXPECT_EQ(Time(wav), 2000);
+  wav.dataSizeField = 0xFFFFFFFFLL;  // a size beyond 2 GiB still counts up
+  EXPECT_EQ(Time(wav), 0xFFFFFFFFLL / 4 * 1000 / 44100);
 }
 
 TEST_F(WaveTest, FormatsThatGiveNoTimeGiveZero) {
-  WavSpec spec;
-  spec.dataBytes = 1000;
-  spec.channels = 0;
-  EXPECT_EQ(Time(spec), 0);
-  spec.channels = 2;
-  spec.bitsPerSample = 4;
-  EXPECT_EQ(Time(spec), 0);
-  spec.bitsPerSample = 16;
-  spec.sampleRate = 0;
-  EXPECT_EQ(Time(spec), 0);
-  spec.sampleRate = 0x80000000u;
-  EXPECT_EQ(Time(spec), 0);
+  WavSpec wav;
+  wav.dataBytes = 1000;
+  wav.channels = 0;
+  EXPECT_EQ(Time(wav), 0);
+  wav.channels = 2;
+  wav.bitsPerSample = 4;
+  EXPECT_EQ(Time(wav), 0);
+  wav.bitsPerSample = 16;
+  wav.sampleRate = 0;
+  EXPECT_EQ(Time(wav), 0);
+  wav.sampleRate = 0x80000000u;
+  EXPECT_EQ(Time(wav), 0);
 }
 
 TEST_F(WaveTest, ShortFmtChunkReadsMissingFieldsAsZero) {
-  WavSpec spec;
-  spec.fmtSize = 10;  // no bits-per-sample field
-  spec.dataBytes = 1000;
-  EXPECT_EQ(Time(spec), 0);
+  WavSpec wav;
+  wav.fmtSize = 10;  // no bits-per-sample field
+  wav.dataBytes = 1000;
+  EXPECT_EQ(Time(wav), 0);
 }
 
 TEST_F(WaveTest, NotRiffWaveGivesZero) {
@@ -142,11 +142,11 @@ TEST_F(WaveTest, NotRiffWaveGivesZero) {
 }
 
 TEST_F(WaveTest, TruncatedFilesGiveZeroOrTheirTime) {
-  WavSpec spec;
-  spec.fmtSize = 40;
-  spec.dataBytes = 4000;
-  spec.chunksBeforeFmt.push_back(ListInfoChunk("cut"));
-  std::string bytes = BuildWav(spec);
+  WavSpec wav;
+  wav.fmtSize = 40;
+  wav.dataBytes = 4000;
+  wav.chunksBeforeFmt.push_back(ListInfoChunk("cut"));
+  std::string bytes = BuildWav(wav);
   std::string path = image_.SongRoot() + "cut.wav";
   for (size_t n = 0; n <= bytes.size(); ++n) {
     WriteFile(path, bytes.substr(0, n));
@@ -158,11 +158,11 @@ TEST_F(WaveTest, TruncatedFilesGiveZeroOrTheirTime) {
 }
 
 TEST_F(WaveTest, ClearZeroesOnlyTheDataSize) {
-  WavSpec spec;
-  spec.channels = 1;
-  spec.dataBytes = 100;
+  WavSpec wav;
+  wav.channels = 1;
+  wav.dataBytes = 100;
   TWaveData wave;
-  wave.LoadFromFile(Put(spec).c_str());
+  wave.LoadFromFile(Put(wav).c_str());
   wave.Clear();
   EXPECT_EQ(wave.GetDataSize(), 0);
   EXPECT_EQ(wave.GetChannels(), 1);
@@ -170,16 +170,16 @@ TEST_F(WaveTest, ClearZeroesOnlyTheDataSize) {
 }
 
 TEST_F(WaveTest, GetAudioTimeTimesOnlyWavFiles) {
-  WavSpec spec;
-  spec.dataBytes = 176400;
-  EXPECT_EQ(GetAudioTime(Put(spec, "song.wav").c_str()), 1000u);
-  EXPECT_EQ(GetAudioTime(Put(spec, "SONG.WAV").c_str()), 1000u);
-  EXPECT_EQ(GetAudioTime(Put(spec, "Mixed.WaV").c_str()), 1000u);
+  WavSpec wav;
+  wav.dataBytes = 176400;
+  EXPECT_EQ(GetAudioTime(Put(wav, "song.wav").c_str()), 1000u);
+  EXPECT_EQ(GetAudioTime(Put(wav, "SONG.WAV").c_str()), 1000u);
+  EXPECT_EQ(GetAudioTime(Put(wav, "Mixed.WaV").c_str()), 1000u);
   // The same bytes under other names are not timed.
-  EXPECT_EQ(GetAudioTime(Put(spec, "song.mp3").c_str()), 0u);
-  EXPECT_EQ(GetAudioTime(Put(spec, "SONG.MP3").c_str()), 0u);
-  EXPECT_EQ(GetAudioTime(Put(spec, "song.mid").c_str()), 0u);
-  EXPECT_EQ(GetAudioTime(Put(spec, "song").c_str()), 0u);
+  EXPECT_EQ(GetAudioTime(Put(wav, "song.mp3").c_str()), 0u);
+  EXPECT_EQ(GetAudioTime(Put(wav, "SONG.MP3").c_str()), 0u);
+  EXPECT_EQ(GetAudioTime(Put(wav, "song.mid").c_str()), 0u);
+  EXPECT_EQ(GetAudioTime(Put(wav, "song").c_str()), 0u);
   EXPECT_EQ(GetAudioTime((image_.SongRoot() + "missing.wav").c_str()), 0u);
   EXPECT_EQ(GetAudioTime(nullptr), 0u);
 }

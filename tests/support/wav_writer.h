@@ -1,20 +1,20 @@
 // Test-support writer of RIFF/WAVE files, built in memory.
 //
-// BuildWav(spec) returns "RIFF" <size> "WAVE", then the chunks in this order:
-// spec.chunksBeforeFmt, the "fmt " chunk (when spec.withFmt), spec.chunksAfterFmt,
-// the "data" chunk (when spec.withData) and spec.chunksAfterData.  Each chunk
+// BuildWav(wav) returns "RIFF" <size> "WAVE", then the chunks in this order:
+// wav.chunksBeforeFmt, the "fmt " chunk (when wav.withFmt), wav.chunksAfterFmt,
+// the "data" chunk (when wav.withData) and wav.chunksAfterData.  Each chunk
 // is its 4-character identifier, a 32-bit little-endian size and its body;
 // bodies of odd size get no pad byte unless the test puts one in the body.
 //
-// The "fmt " chunk has spec.fmtSize bytes (16, 18 or 40 in practice): format
+// The "fmt " chunk has wav.fmtSize bytes (16, 18 or 40 in practice): format
 // tag 1 (PCM; 0xFFFE for size 40), channels, sample rate, byte rate, block
 // align, bits per sample; from size 18 on, the 16-bit extra-size field
-// (spec.extraSize, or fmtSize - 18 when negative) and zero bytes to fill the
-// size.  The data chunk holds spec.dataBytes bytes of a repeating pattern;
-// its size field is spec.dataSizeField when set (>= 0), else dataBytes.
+// (wav.extraSize, or fmtSize - 18 when negative) and zero bytes to fill the
+// size.  The data chunk holds wav.dataBytes bytes of a repeating pattern;
+// its size field is wav.dataSizeField when set (>= 0), else dataBytes.
 // Nothing is validated: channel count 0 or bit depth 4 are written as given.
 //
-// WriteWavFile() saves BuildWav(spec) to path; true on success.
+// WriteWavFile() saves BuildWav(wav) to path; true on success.
 #ifndef ZANSONG_TESTS_SUPPORT_WAV_WRITER_H_
 #define ZANSONG_TESTS_SUPPORT_WAV_WRITER_H_
 
@@ -49,8 +49,8 @@ struct WavSpec {
 std::string WavChunkBytes(const WavChunk& chunk);
 // A "LIST" chunk holding an "INFO" list with one "INAM" entry of text.
 WavChunk ListInfoChunk(const std::string& text);
-std::string BuildWav(const WavSpec& spec);
-bool WriteWavFile(const std::string& path, const WavSpec& spec);
+std::string BuildWav(const WavSpec& wav);
+bool WriteWavFile(const std::string& path, const WavSpec& wav);
 
 }  // namespace zansong_test
 

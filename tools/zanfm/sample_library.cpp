@@ -39,12 +39,12 @@ bool WriteMidiSong(const std::string& path, const std::string& title, int bars) 
 }
 
 bool WriteWav(const std::string& path, int seconds) {
-  zansong_test::WavSpec spec;
-  spec.channels = 1;
-  spec.sampleRate = 8000;
-  spec.bitsPerSample = 8;
-  spec.dataBytes = static_cast<uint32_t>(seconds * 8000);
-  return zansong_test::WriteWavFile(path, spec);
+  zansong_test::WavSpec wav;
+  wav.channels = 1;
+  wav.sampleRate = 8000;
+  wav.bitsPerSample = 8;
+  wav.dataBytes = static_cast<uint32_t>(seconds * 8000);
+  return zansong_test::WriteWavFile(path, wav);
 }
 
 bool WriteMp3(const std::string& path) {

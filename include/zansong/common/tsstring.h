@@ -103,9 +103,9 @@ int is_SJIS(TSString s);
 
 // Decimal text of value padded on the left with "0" to width bytes.
 TSString FormatInt(int width, int value);
-// value printed with "%" + spec + "f" (spec such as "3.1"); "" when spec
+// value printed with "%" + format + "f" (format such as "3.1"); "" when it
 // has no "." at position 2 or later or nothing after it.
-TSString FormatFloat(const TSString& spec, float value);
+TSString FormatFloat(const TSString& format, float value);
 // CSV field quoting: wrapped in double quotes when the text holds a tab,
 // space, apostrophe, comma or double quote; double quotes doubled.
 TSString DoubleQuoteString(const TSString& s);
