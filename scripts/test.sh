@@ -18,6 +18,18 @@ else
   flags=(-DCMAKE_BUILD_TYPE=RelWithDebInfo)
 fi
 
+# The tests work in device images of their own; they must leave the
+# instrument's real paths alone.
+real_paths=(/usr/local/songs /var/volatile /tmp/.zansong.db /usr/local/www/ctrl/song.json)
+before=$(ls -ld "${real_paths[@]}" 2>/dev/null || true)
+
 cmake -S . -B "$build" -G Ninja -DZANSONG_WERROR=ON "${flags[@]}"
 cmake --build "$build"
 ctest --test-dir "$build" --output-on-failure -j"$(nproc)"
+
+after=$(ls -ld "${real_paths[@]}" 2>/dev/null || true)
+if [ "$before" != "$after" ]; then
+  echo "The tests changed the instrument's real paths:" >&2
+  echo "$after" >&2
+  exit 1
+fi
