@@ -4,18 +4,22 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <limits>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "db/prefix.h"
 #include "db/sql.h"
 #include "zansong/db/dbsongman.h"
+#include "zansong/db/write_batch.h"
 
 using zansong::FormatSql;
 using zansong::IsPlaylistPrefix;
 using zansong::PrintFunctionError;
 using zansong::SqlText;
 using zansong::TextOrEmpty;
+using zansong::WriteBatch;
 
 namespace {
 
@@ -25,12 +29,42 @@ const char* SequenceTable(int id, const char* prefix) {
   return id != 0 ? "song" : "album";
 }
 
+// Positions currently held, by key; kUnknownOrder for a key whose rows do
+// not all hold the same integer.
+using CurrentOrders = std::unordered_map<int, int>;
+constexpr int kUnknownOrder = std::numeric_limits<int>::min();
+
+// The disp_order of every row of table by key.  False (and orders
+// incomplete) when the statement fails.
+bool ReadCurrentOrders(TDBSongMan& man, const char* table, CurrentOrders& orders) {
+  SqlText sql = FormatSql("SELECT %q_id,disp_order FROM %q", table, table);
+  return zansong::ForEachRow(man.db.get(), sql.get(), [&orders](sqlite3_stmt* row) {
+    int key = sqlite3_column_int(row, 0);
+    // Only an integer is the value an update would write.
+    int order =
+        sqlite3_column_type(row, 1) == SQLITE_INTEGER ? sqlite3_column_int(row, 1) : kUnknownOrder;
+    auto found = orders.emplace(key, order);
+    if (!found.second && found.first->second != order) found.first->second = kUnknownOrder;
+  });
+}
+
 // Gives the rows whose keys are listed, in list order, the positions 1, 2,
-// 3, ... in table; stops at the first failed update.  1 or 0.
-int Renumber(TDBSongMan& man, const char* table, const std::vector<int>& keys) {
-  int order = 1;
+// 3, ... in table; stops at the first failed update.  A key that current
+// shows already at its position is not written.  Each write goes through
+// batch when there is one.  1 or 0.
+int Renumber(TDBSongMan& man, const char* table, const std::vector<int>& keys,
+             const CurrentOrders* current, WriteBatch* batch) {
+  int order = 0;
   for (int key : keys) {
-    if (!man.SetOrder(table, key, order++)) return 0;
+    ++order;
+    if (current != nullptr) {
+      auto held = current->find(key);
+      if (held != current->end() && held->second == order) continue;
+    }
+    if (batch != nullptr) batch->BeforeWrite();
+    int ok = man.SetOrder(table, key, order);
+    if (batch != nullptr) batch->AfterWrite();
+    if (!ok) return 0;
   }
   return 1;
 }
@@ -42,14 +76,18 @@ int KeyOfEntry(const std::string& entry) {
 }
 
 // Sorts path-list entries as byte strings and renumbers the rows of table
-// by them.  1 or 0.
-int RenumberByPath(TDBSongMan& man, const char* table, std::list<std::string>& entries) {
+// by them, writing only the positions that change.  1 or 0.
+int RenumberByPath(TDBSongMan& man, const char* table, std::list<std::string>& entries,
+                   WriteBatch* batch) {
   std::vector<std::string> sorted(entries.begin(), entries.end());
   std::sort(sorted.begin(), sorted.end());  // char_traits<char> compares as unsigned bytes
   std::vector<int> keys;
   keys.reserve(sorted.size());
   for (const std::string& entry : sorted) keys.push_back(KeyOfEntry(entry));
-  return Renumber(man, table, keys);
+  // When the positions cannot be read, every row is written.
+  CurrentOrders current;
+  bool known = ReadCurrentOrders(man, table, current);
+  return Renumber(man, table, keys, known ? &current : nullptr, batch);
 }
 
 }  // namespace
@@ -125,24 +163,33 @@ int TDBSongMan::ChangeOrder(std::list<int>& ids, int id, char const* prefix, int
 int TDBSongMan::ReOrder(int id, char const* prefix) {
   std::list<int> ids;
   int ok = GetIDList(ids, id, prefix);
-  if (ok) ok = Renumber(*this, SequenceTable(id, prefix), std::vector<int>(ids.begin(), ids.end()));
+  if (ok) {
+    ok = Renumber(*this, SequenceTable(id, prefix), std::vector<int>(ids.begin(), ids.end()),
+                  nullptr, nullptr);
+  }
   if (!ok) PrintFunctionError("ReOrder");
   return ok;
 }
 
-int TDBSongMan::SortSongByPath(char const* pfix) {
+int TDBSongMan::SortSongByPath(char const* pfix) { return SortSongByPath(pfix, nullptr); }
+
+int TDBSongMan::SortSongByPath(char const* pfix, WriteBatch* batch) {
   std::list<std::string> entries;
   int ok = GetSongPathList2(entries, pfix);
-  if (ok) ok = RenumberByPath(*this, "song", entries);
+  if (ok) ok = RenumberByPath(*this, "song", entries, batch);
   if (!ok) PrintFunctionError("ReOrder");
   return ok;
 }
 
-int TDBSongMan::ResetAlbumOrderAndPath(char const* /*root*/, char const* pfix) {
+int TDBSongMan::ResetAlbumOrderAndPath(char const* root, char const* pfix) {
+  return ResetAlbumOrderAndPath(root, pfix, nullptr);
+}
+
+int TDBSongMan::ResetAlbumOrderAndPath(char const* /*root*/, char const* pfix, WriteBatch* batch) {
   // Only the order is rewritten; the album paths stay as stored.
   std::list<std::string> entries;
   int ok = GetAlbumPathList2(entries, pfix);
-  if (ok) ok = RenumberByPath(*this, "album", entries);
+  if (ok) ok = RenumberByPath(*this, "album", entries, batch);
   if (!ok) PrintFunctionError("ReOrder");
   return ok;
 }

@@ -9,12 +9,11 @@
 #include <utility>
 #include <vector>
 
-#include "fileman/register_batch.h"
-#include "fileman/register_order.h"
 #include "fileman/register_song.h"
 #include "zansong/async/cancel.h"
 #include "zansong/common/sysroot.h"
 #include "zansong/db/dbsongman.h"
+#include "zansong/db/write_batch.h"
 #include "zansong/fileman/messages.h"
 #include "zansong/fileman/register.h"
 #include "zansong/storage/files.h"
@@ -72,7 +71,7 @@ class Registration {
   // insert.
   void AddSongs(const Lines& fresh);
   // Renumbers albums and songs of the prefix by path.
-  void Renumber();
+  void Renumber(const TSString& folder);
   void Commit() { batch_.Commit(); }
 
  private:
@@ -199,9 +198,9 @@ void Registration::AddSongs(const Lines& fresh) {
   batch_.Commit();
 }
 
-void Registration::Renumber() {
-  zansong::RenumberAlbumsByPath(man_, prefix_.c_str(), batch_);
-  zansong::RenumberSongsByPath(man_, prefix_.c_str(), batch_);
+void Registration::Renumber(const TSString& folder) {
+  man_.ResetAlbumOrderAndPath(folder.c_str(), prefix_.c_str(), &batch_);
+  man_.SortSongByPath(prefix_.c_str(), &batch_);
   batch_.Commit();
 }
 
@@ -302,7 +301,7 @@ extern "C" int FM_Add_AllSongs_ByCache(const char* root, const char* folder, int
     DropChangedSongs(songLines, known);
   }
   work.AddSongs(songLines);
-  if (keepOrder == 0) work.Renumber();
+  if (keepOrder == 0) work.Renumber(folderText);
   work.Commit();
   man.Close();
   return ret;

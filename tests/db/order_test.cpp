@@ -1,8 +1,11 @@
 // Display-order maintenance.
 #include <gtest/gtest.h>
 
+#include <sqlite3.h>
+
 #include <list>
 #include <string>
+#include <vector>
 
 #include "db/catalogue_fixture.h"
 #include "support/stdout_capture.h"
@@ -219,6 +222,92 @@ TEST_F(SequenceTest, ResetAlbumOrderAndPathSortsByPathAndKeepsPaths) {
   EXPECT_EQ("2:1 3:2 1:3", Orders("album", "pfix='s'"));
   EXPECT_EQ("User/C", std::string(man_.GetTextByID("album", "album_path", 1).c_str()));
   EXPECT_EQ(1, man_.GetIntByID("album", "disp_order", 4));
+}
+
+// The number of UPDATE statements in log.
+int Updates(const StatementLog& log) {
+  int n = 0;
+  for (const std::string& sql : log.statements()) n += sql.compare(0, 7, "UPDATE ") == 0;
+  return n;
+}
+
+TEST_F(SequenceTest, RenumberingASortedSequenceAgainWritesNothing) {
+  for (const char* path : {"B", "A"}) AddAlbum(path);
+  AddSongTo("B", "B/1.mid");
+  AddSongTo("A", "A/1.mid");
+  EXPECT_EQ(1, man_.ResetAlbumOrderAndPath("/", "s"));
+  EXPECT_EQ(1, man_.SortSongByPath("s"));
+  const int changes = sqlite3_total_changes(man_.db.get());
+  StatementLog log(man_.db.get());
+  StdoutCapture out;
+  EXPECT_EQ(1, man_.ResetAlbumOrderAndPath("/", "s"));
+  EXPECT_EQ(1, man_.SortSongByPath("s"));
+  EXPECT_EQ("", out.Finish());
+  EXPECT_EQ(changes, sqlite3_total_changes(man_.db.get()));
+  EXPECT_EQ(0, Updates(log));
+  EXPECT_EQ("2:1 1:2", Orders("album"));
+  EXPECT_EQ("2:1 1:2", Orders("song"));
+}
+
+TEST_F(SequenceTest, RenumberingWritesOnlyTheRowsThatMove) {
+  AddAlbum("A");
+  for (const char* path : {"A/1.mid", "A/2.mid", "A/4.mid"}) AddSongTo("A", path);
+  AddSongTo("A", "A/3.mid");  // song 4, order 4, belongs third
+  StatementLog log(man_.db.get());
+  EXPECT_EQ(1, man_.SortSongByPath("s"));
+  EXPECT_EQ((std::vector<std::string>{"UPDATE song SET disp_order = 3 WHERE song_id =4",
+                                      "UPDATE song SET disp_order = 4 WHERE song_id =3"}),
+            std::vector<std::string>(log.statements().end() - 2, log.statements().end()));
+  EXPECT_EQ(2, Updates(log));
+  EXPECT_EQ("1:1 2:2 4:3 3:4", Orders("song"));
+}
+
+TEST_F(SequenceTest, RenumberingRewritesAPositionThatIsNotAnInteger) {
+  AddAlbum("A");
+  AddSongTo("A", "A/1.mid");
+  AddSongTo("A", "A/2.mid");
+  Exec("UPDATE song SET disp_order = 2.5 WHERE song_id = 2");  // reads as 2 with column_int
+  Exec("UPDATE song SET disp_order = NULL WHERE song_id = 1");
+  StatementLog log(man_.db.get());
+  EXPECT_EQ(1, man_.SortSongByPath("s"));
+  EXPECT_EQ(2, Updates(log));
+  EXPECT_EQ("integer integer", Text("SELECT group_concat(typeof(disp_order), ' ') FROM song"));
+  EXPECT_EQ("1:1 2:2", Orders("song"));
+}
+
+TEST_F(SequenceTest, RenumberingInsideABatchCommitsWithTheBatch) {
+  for (const char* path : {"C", "B", "A"}) AddAlbum(path);
+  AddSongTo("C", "C/1.mid");
+  AddSongTo("A", "A/1.mid");
+  {
+    zansong::WriteBatch batch(man_);
+    EXPECT_EQ(1, man_.ResetAlbumOrderAndPath("/", "s", &batch));
+    EXPECT_EQ(1, man_.SortSongByPath("s", &batch));
+    // Still one open transaction: another connection sees the old orders.
+    EXPECT_EQ(0, sqlite3_get_autocommit(man_.db.get()));
+    EXPECT_EQ(3, man_.GetIntByID("album", "disp_order", 1));
+    EXPECT_EQ(1, Int("SELECT disp_order FROM album WHERE album_id = 1"));
+    batch.Commit();
+    EXPECT_NE(0, sqlite3_get_autocommit(man_.db.get()));
+  }
+  EXPECT_EQ("3:1 2:2 1:3", Orders("album"));
+  EXPECT_EQ("2:1 1:2", Orders("song"));
+}
+
+TEST_F(SequenceTest, RenumberingInsideABatchReportsAFailedUpdateAsAlone) {
+  ThreeSongs();
+  man_.SetOrder("song", 1, 30);
+  man_.SetOrder("song", 2, 20);
+  man_.SetOrder("song", 3, 10);
+  Exec(
+      "CREATE TRIGGER stuck BEFORE UPDATE ON song WHEN OLD.song_id = 2 "
+      "BEGIN SELECT RAISE(ABORT, 'stuck'); END");
+  zansong::WriteBatch batch(man_);
+  StdoutCapture out;
+  EXPECT_EQ(0, man_.SortSongByPath("s", &batch));
+  EXPECT_EQ("DB: error stuck\nError! :SetOrderError! :ReOrder", out.Finish());
+  batch.Commit();
+  EXPECT_EQ("1:1 3:10 2:20", Orders("song"));
 }
 
 TEST_F(SequenceTest, RenumberingReportsAFailedRead) {

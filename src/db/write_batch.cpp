@@ -1,5 +1,5 @@
-// WriteBatch: short transactions around the writes of a registration.
-#include "fileman/register_batch.h"
+// WriteBatch: short transactions around a run of catalogue writes.
+#include "zansong/db/write_batch.h"
 
 #include <sqlite3.h>
 

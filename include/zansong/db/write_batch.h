@@ -1,0 +1,65 @@
+// WriteBatch: groups a run of catalogue writes into short transactions.
+//
+// On its own every catalogue statement is its own transaction and costs one
+// synchronous journal write.  A caller that writes many rows in a run wraps
+// each write in BeforeWrite() / AfterWrite():
+//
+//   BeforeWrite()  opens a transaction (BEGIN IMMEDIATE) when none is open;
+//   AfterWrite()   commits it once it has held the write lock for
+//                  kHoldBudgetMs, then leaves the lock free for kPauseMs so
+//                  that another connection waiting on its 1000 ms busy
+//                  timeout (the web page, a child process) gets in.
+//
+// Reads on the same connection see the transaction's own writes, so ids,
+// display orders, printed lines and results are those of statements that
+// commit on their own.  Commit() ends the open transaction without a pause;
+// a caller commits before it stops, so that the rows written before the
+// stop stay.  The destructor commits too.
+//
+// Nothing is printed by BEGIN or COMMIT.  When BEGIN cannot get the lock,
+// the connection stays in autocommit mode and the next write runs, and
+// fails or succeeds, exactly as it would on its own.  A COMMIT that finds
+// the catalogue busy is retried a few times (each try waits the busy
+// timeout) and then rolled back; after a failed write that made SQLite roll
+// the transaction back there is nothing left to commit.
+//
+// A WriteBatch refers to the manager's connection and must not outlive it.
+// Single-threaded, as the manager is.
+#ifndef ZANSONG_DB_WRITE_BATCH_H_
+#define ZANSONG_DB_WRITE_BATCH_H_
+
+#include <chrono>
+
+#include "zansong/db/dbman.h"
+
+namespace zansong {
+
+class WriteBatch {
+ public:
+  static constexpr int kHoldBudgetMs = 100;
+  static constexpr int kPauseMs = 40;
+
+  explicit WriteBatch(TDBMan& man) : man_(man) {}
+  ~WriteBatch() { Commit(); }
+  WriteBatch(const WriteBatch&) = delete;
+  WriteBatch& operator=(const WriteBatch&) = delete;
+
+  // Before a write: opens a transaction when none is open.
+  void BeforeWrite();
+  // After a write: commits and pauses once the budget is spent.
+  void AfterWrite();
+  // Commits the open transaction, if any; no pause.
+  void Commit();
+  // Milliseconds since the open transaction began; 0 when none is open.
+  int HeldMs() const;
+
+ private:
+  bool InTransaction() const;
+
+  TDBMan& man_;
+  std::chrono::steady_clock::time_point began_;
+};
+
+}  // namespace zansong
+
+#endif  // ZANSONG_DB_WRITE_BATCH_H_
