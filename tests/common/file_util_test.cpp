@@ -6,21 +6,16 @@
 #include <string>
 
 #include "support/device_image.h"
+#include "support/test_bytes.h"
 
 namespace {
 
+using zansong_test::BlockPattern;
 using zansong_test::DeviceTest;
 using zansong_test::MakeDirs;
 using zansong_test::PathExists;
 using zansong_test::ReadFile;
 using zansong_test::WriteFile;
-
-// Bytes that differ from block to block, longer than two 512-byte blocks.
-std::string Pattern(size_t n) {
-  std::string bytes;
-  for (size_t i = 0; i < n; ++i) bytes.push_back(static_cast<char>(i * 7 % 251));
-  return bytes;
-}
 
 using FileUtilTest = DeviceTest;
 
@@ -43,7 +38,7 @@ TEST_F(FileUtilTest, FileDeleteUnlinksOnce) {
 TEST_F(FileUtilTest, FileCopyCopiesEveryByteWithOwnerOnlyPermissions) {
   const std::string from = image_.Path("/tmp/from");
   const std::string to = image_.Path("/tmp/to");
-  const std::string bytes = Pattern(1500);
+  const std::string bytes = BlockPattern(1500);
   WriteFile(from, bytes);
   WriteFile(to, std::string(4000, 'z'));  // truncated by the copy
   ASSERT_EQ(1, FileCopy(from.c_str(), to.c_str()));
@@ -74,24 +69,24 @@ TEST_F(FileUtilTest, FileCopyFailsWhenSourceOrTargetCannotBeOpened) {
 
 TEST_F(FileUtilTest, FileCopyFailsWhenAWriteFails) {
   const std::string from = image_.Path("/tmp/from");
-  WriteFile(from, Pattern(2000));
+  WriteFile(from, BlockPattern(2000));
   EXPECT_EQ(0, FileCopy(from.c_str(), "/dev/full"));
 }
 
 TEST_F(FileUtilTest, FileCompareOfEqualFilesIsOne) {
   const std::string a = image_.Path("/tmp/a");
   const std::string b = image_.Path("/tmp/b");
-  WriteFile(a, Pattern(1500));
-  WriteFile(b, Pattern(1500));
+  WriteFile(a, BlockPattern(1500));
+  WriteFile(b, BlockPattern(1500));
   EXPECT_EQ(1, FileCompare(a.c_str(), b.c_str()));
 }
 
 TEST_F(FileUtilTest, FileCompareFindsADifferenceInALaterBlock) {
   const std::string a = image_.Path("/tmp/a");
   const std::string b = image_.Path("/tmp/b");
-  std::string changed = Pattern(1500);
+  std::string changed = BlockPattern(1500);
   changed[1200] = static_cast<char>(changed[1200] + 1);
-  WriteFile(a, Pattern(1500));
+  WriteFile(a, BlockPattern(1500));
   WriteFile(b, changed);
   EXPECT_EQ(0, FileCompare(a.c_str(), b.c_str()));
 }
@@ -99,8 +94,8 @@ TEST_F(FileUtilTest, FileCompareFindsADifferenceInALaterBlock) {
 TEST_F(FileUtilTest, FileCompareAcceptsALongerSecondFileThatBeginsWithTheFirst) {
   const std::string a = image_.Path("/tmp/a");
   const std::string b = image_.Path("/tmp/b");
-  WriteFile(a, Pattern(700));
-  WriteFile(b, Pattern(1500));
+  WriteFile(a, BlockPattern(700));
+  WriteFile(b, BlockPattern(1500));
   EXPECT_EQ(1, FileCompare(a.c_str(), b.c_str()));
   EXPECT_EQ(0, FileCompare(b.c_str(), a.c_str()));  // the shorter second file runs out
 }

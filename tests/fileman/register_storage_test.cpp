@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "fileman/register_test_helpers.h"
+#include "support/child_process.h"
 #include "support/device_image.h"
 #include "support/stdout_capture.h"
 #include "zansong/async/cancel.h"
@@ -166,21 +167,6 @@ TEST_F(RegisterStorageTest, CancelAfterTwoHundredSongsKeepsExactlyTheRowsBeforeI
             QueryInt(SongDb(), "SELECT COUNT(*) FROM song WHERE song_id=200 AND disp_order=200"));
 }
 
-// Runs fn in a child process, as the user nobody when the tests run as
-// root, and returns its exit status.
-template <typename Fn>
-int InChildAsNobody(Fn fn) {
-  std::fflush(stdout);
-  pid_t pid = fork();
-  if (pid == 0) {
-    if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0)) _exit(100);
-    _exit(fn() & 0xff);
-  }
-  int status = 0;
-  waitpid(pid, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
 // The album directories of root in the order the scan meets them.
 std::vector<std::string> DirectoryOrder(const std::string& root) {
   std::vector<std::string> names;
@@ -225,8 +211,8 @@ TEST_F(RegisterStorageTest, IncompleteScanDeletesNothingButAddsWhatItDelivered) 
   chmod(image_.root().c_str(), 0777);
   chmod(unreadable.c_str(), 0);
   std::string rootCopy = root;
-  int status = InChildAsNobody(
-      [&rootCopy] { return FM_Add_AllSongs_ByCache(rootCopy.c_str(), "", 0, 0, 0); });
+  int status =
+      RunAsNobody([&rootCopy] { return FM_Add_AllSongs_ByCache(rootCopy.c_str(), "", 0, 0, 0); });
   chmod(unreadable.c_str(), 0777);
   EXPECT_EQ(255, status);  // -1
   std::vector<std::string> expected = before;

@@ -1,46 +1,18 @@
 // Rewriting the title of a MIDI file: insert and replace, the character-set
 // conversion, the times kept, and failures that leave the original alone.
 #include <fcntl.h>
-#include <sched.h>
-#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <csignal>
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "formats/smf_test_util.h"
+#include "support/child_process.h"
 
 namespace zansong_test {
 namespace {
-
-// Runs fn in a forked child and returns its result (its exit status), or
-// -1 when the child did not exit normally.
-int InChild(const std::function<int()>& fn) {
-  std::fflush(stdout);
-  pid_t pid = fork();
-  if (pid == 0) _exit(fn());
-  int status = 0;
-  if (pid < 0 || waitpid(pid, &status, 0) != pid || !WIFEXITED(status)) return -1;
-  return WEXITSTATUS(status);
-}
-
-// Makes dir read-only for this (child) process, also when it runs as root:
-// a read-only bind mount in a private mount namespace, or for an ordinary
-// user the directory's permissions.
-bool MakeReadOnly(const std::string& dir) {
-  if (geteuid() != 0) return chmod(dir.c_str(), 0555) == 0;
-  return unshare(CLONE_NEWNS) == 0 &&
-         mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-         mount(dir.c_str(), dir.c_str(), nullptr, MS_BIND, nullptr) == 0 &&
-         mount(nullptr, dir.c_str(), nullptr, MS_BIND | MS_REMOUNT | MS_RDONLY, nullptr) == 0;
-}
-
-const int kSetupFailed = 77;
 
 class SmfTitleTest : public SmfTest {
  protected:
@@ -182,11 +154,11 @@ TEST_F(SmfTitleTest, ReadOnlyDirectoryFailsAndLeavesTheFile) {
   std::string path = PutOld(original);
   std::string dir = image_.SongRoot();
   dir.pop_back();
-  int result = InChild([&] {
-    if (!MakeReadOnly(dir)) return kSetupFailed;
+  int result = RunInChild([&] {
+    if (!MakeDirReadOnlyForThisProcess(dir)) return kChildSetupFailed;
     return SetSMFTitle(path.c_str(), "New");
   });
-  ASSERT_NE(result, kSetupFailed) << "no way to make a read-only directory here";
+  ASSERT_NE(result, kChildSetupFailed) << "no way to make a read-only directory here";
   EXPECT_EQ(result, 0);
   EXPECT_EQ(ReadFile(path), original);
   ExpectOldModifyTime(path);
@@ -198,11 +170,11 @@ TEST_F(SmfTitleTest, FailedWriteRestoresTheOriginal) {
   first.TrackName(0, "Old").Text(0, std::string(3000, 't')).Raw(Notes().bytes());
   const std::string original = Format0(first);
   std::string path = PutOld(original);
-  int result = InChild([&] {
+  int result = RunInChild([&] {
     // Writes beyond 1000 bytes fail (EFBIG) instead of killing the process.
     signal(SIGXFSZ, SIG_IGN);
     struct rlimit limit = {1000, 1000};
-    if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return kSetupFailed;
+    if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return kChildSetupFailed;
     return SetSMFTitle(path.c_str(), "New title");
   });
   EXPECT_EQ(result, 0);

@@ -9,23 +9,18 @@
 #include <string>
 
 #include "support/device_image.h"
+#include "support/test_bytes.h"
 #include "zansong/async/cancel.h"
 #include "zansong/storage/files.h"
 
 namespace {
 
+using zansong_test::BlockPattern;
 using zansong_test::DeviceTest;
 using zansong_test::MakeDirs;
 using zansong_test::PathExists;
 using zansong_test::ReadFile;
 using zansong_test::WriteFile;
-
-// Bytes that differ from block to block, so that a misplaced block shows.
-std::string Pattern(size_t size) {
-  std::string s(size, '\0');
-  for (size_t i = 0; i < size; ++i) s[i] = static_cast<char>((i * 7 + i / 512) & 0xFF);
-  return s;
-}
 
 off_t SizeOf(const std::string& path) {
   struct stat st;
@@ -45,7 +40,7 @@ class CopyTest : public DeviceTest {
 
 TEST_F(CopyTest, CopiesAllBytes) {
   for (size_t size : {0u, 1u, 511u, 512u, 513u, 5000u}) {
-    std::string data = Pattern(size);
+    std::string data = BlockPattern(size);
     WriteFile(P("src"), data);
     ASSERT_EQ(CopyFile(P("src").c_str(), P("dst").c_str()), 0) << size;
     EXPECT_EQ(ReadFile(P("dst")), data) << size;
@@ -53,7 +48,7 @@ TEST_F(CopyTest, CopiesAllBytes) {
 }
 
 TEST_F(CopyTest, KeepsAccessAndModificationTimes) {
-  WriteFile(P("src"), Pattern(2000));
+  WriteFile(P("src"), BlockPattern(2000));
   struct timespec times[2];
   times[0].tv_sec = 1000000000;  // access
   times[0].tv_nsec = 250000000;
@@ -81,7 +76,7 @@ TEST_F(CopyTest, CreatedWithMode0666BeforeUmask) {
 
 TEST_F(CopyTest, ReplacesLongerDestination) {
   WriteFile(P("src"), "short");
-  WriteFile(P("dst"), Pattern(4000));
+  WriteFile(P("dst"), BlockPattern(4000));
   ASSERT_EQ(CopyFile(P("src").c_str(), P("dst").c_str()), 0);
   EXPECT_EQ(ReadFile(P("dst")), "short");
 }
@@ -92,12 +87,12 @@ TEST_F(CopyTest, MissingSourceGivesMinusOne) {
 }
 
 TEST_F(CopyTest, FullDeviceGivesMinusOne) {
-  WriteFile(P("src"), Pattern(4096));
+  WriteFile(P("src"), BlockPattern(4096));
   EXPECT_EQ(CopyFile(P("src").c_str(), "/dev/full"), -1);
 }
 
 TEST_F(CopyTest, DestinationInMissingDirectoryGivesMinusThree) {
-  std::string data = Pattern(3000);
+  std::string data = BlockPattern(3000);
   WriteFile(P("src"), data);
   EXPECT_EQ(CopyFile(P("src").c_str(), P("nodir/dst").c_str()), -3);
   EXPECT_EQ(ReadFile(P("src")), data);
@@ -105,7 +100,7 @@ TEST_F(CopyTest, DestinationInMissingDirectoryGivesMinusThree) {
 }
 
 TEST_F(CopyTest, CopyOntoItselfKeepsTheFile) {
-  std::string data = Pattern(3000);
+  std::string data = BlockPattern(3000);
   WriteFile(P("src"), data);
   ASSERT_EQ(link(P("src").c_str(), P("alias").c_str()), 0);
   EXPECT_EQ(CopyFile(P("src").c_str(), P("src").c_str()), -3);
@@ -114,7 +109,7 @@ TEST_F(CopyTest, CopyOntoItselfKeepsTheFile) {
 }
 
 TEST_F(CopyTest, CancelFlagSetGivesMinusTwoAndLeavesPartialFile) {
-  WriteFile(P("src"), Pattern(5000));
+  WriteFile(P("src"), BlockPattern(5000));
   SetCancelFlag();
   EXPECT_EQ(CopyFile(P("src").c_str(), P("dst").c_str()), -2);
   EXPECT_TRUE(PathExists(P("dst")));
@@ -133,7 +128,7 @@ void RaiseCancelFlag(int) { SetCancelFlag(); }
 TEST_F(CopyTest, SignalDuringLargeCopyStopsIt) {
   const off_t kSize = 50 * 1024 * 1024;
   {
-    std::string block = Pattern(1 << 20);
+    std::string block = BlockPattern(1 << 20);
     int fd = open(P("big").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
     ASSERT_GE(fd, 0);
     for (int i = 0; i < 50; ++i) ASSERT_EQ(write(fd, block.data(), block.size()), 1 << 20);
@@ -180,7 +175,7 @@ class CopyPartTest : public CopyTest {
  protected:
   void SetUp() override {
     CopyTest::SetUp();
-    data_ = Pattern(3000);
+    data_ = BlockPattern(3000);
     WriteFile(P("src"), data_);
     src_ = open(P("src").c_str(), O_RDONLY);
     dst_ = open(P("dst").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
@@ -240,14 +235,14 @@ TEST_F(CopyPartTest, FailedWriteGivesMinusOne) {
 // ---- CompareFile ----
 
 TEST_F(CopyTest, CompareEqualFiles) {
-  std::string data = Pattern(1500);
+  std::string data = BlockPattern(1500);
   WriteFile(P("a"), data);
   WriteFile(P("b"), data);
   EXPECT_EQ(CompareFile(P("a").c_str(), P("b").c_str()), 1);
 }
 
 TEST_F(CopyTest, CompareFindsDifferenceInLaterBlock) {
-  std::string data = Pattern(1500);
+  std::string data = BlockPattern(1500);
   WriteFile(P("a"), data);
   data[1400] ^= 1;
   WriteFile(P("b"), data);
@@ -255,7 +250,7 @@ TEST_F(CopyTest, CompareFindsDifferenceInLaterBlock) {
 }
 
 TEST_F(CopyTest, CompareLongerSecondFileIsEqual) {
-  std::string data = Pattern(700);
+  std::string data = BlockPattern(700);
   WriteFile(P("a"), data);
   WriteFile(P("b"), data + "tail");
   EXPECT_EQ(CompareFile(P("a").c_str(), P("b").c_str()), 1);

@@ -1,24 +1,26 @@
 // Marker files, deletion of files and directories, and song trees.
 #include <gtest/gtest.h>
-#include <pwd.h>
-#include <sched.h>
 #include <sys/mount.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
+#include <climits>
 #include <functional>
 #include <string>
 
+#include "support/child_process.h"
 #include "support/device_image.h"
 #include "zansong/storage/files.h"
 
 namespace {
 
 using zansong_test::DeviceTest;
+using zansong_test::DropToNobody;
+using zansong_test::kChildSetupFailed;
+using zansong_test::MakeDirReadOnlyForThisProcess;
 using zansong_test::MakeDirs;
+using zansong_test::OpenPathToOthers;
 using zansong_test::PathExists;
 using zansong_test::ReadFile;
+using zansong_test::RunInChild;
 using zansong_test::WriteFile;
 
 class RemoveTest : public DeviceTest {
@@ -188,46 +190,27 @@ TEST_F(RemoveTest, MissingDirectoryGivesMinusOne) {
   EXPECT_EQ(Tree(P("none/"), true, true, true), -1);
 }
 
-// Runs fn (whose result must lie in -128..127) in a child process that
-// sees dir read-only, and returns fn's result; sets *skipReason when no way
-// to make dir read-only for that process works here.
+// Runs fn (whose result must lie in -128..127 and differ from
+// kChildSetupFailed) in a child process that sees dir read-only, and returns fn's result; sets
+// *skipReason when no way to make dir read-only for that process works here.  The first choice is
+// a read-only bind mount in a private mount namespace; the second is to
+// drop to the unprivileged user nobody, who may not change a directory
+// owned by root with mode 0755.
 int RunWithReadOnlyDir(const std::string& dir, const std::function<int()>& fn,
                        std::string* skipReason) {
-  int pipeFds[2];
-  if (pipe(pipeFds) != 0) {
-    *skipReason = "pipe failed";
-    return 0;
-  }
-  pid_t child = fork();
-  if (child == 0) {
-    close(pipeFds[0]);
-    // First choice: a read-only bind mount in a private mount namespace.
-    // Second: drop to the unprivileged user "nobody", who may not change a
-    // directory owned by root with mode 0755.
-    char how = 'n';
-    if (unshare(CLONE_NEWNS) == 0 &&
-        mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-        mount(dir.c_str(), dir.c_str(), nullptr, MS_BIND, nullptr) == 0 &&
-        mount(nullptr, dir.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) == 0) {
-      how = 'm';
-    } else if (struct passwd* nobody = getpwnam("nobody")) {
-      if (setgid(nobody->pw_gid) == 0 && setuid(nobody->pw_uid) == 0) how = 'u';
-    }
-    if (write(pipeFds[1], &how, 1) != 1) _exit(100);
-    if (how == 'n') _exit(100);
-    _exit(fn() + 128);
-  }
-  close(pipeFds[1]);
-  char how = 'n';
-  if (read(pipeFds[0], &how, 1) != 1) how = 'n';
-  close(pipeFds[0]);
-  int status = 0;
-  waitpid(child, &status, 0);
-  if (how == 'n' || !WIFEXITED(status)) {
+  int status = RunInChild([&] {
+    if (!MakeDirReadOnlyForThisProcess(dir) && !DropToNobody()) return kChildSetupFailed;
+    return fn();
+  });
+  if (status == kChildSetupFailed) {
     *skipReason = "neither a read-only bind mount nor an unprivileged user is available";
     return 0;
   }
-  return WEXITSTATUS(status) - 128;
+  if (status < 0) {
+    ADD_FAILURE() << "the child process did not exit normally";
+    return INT_MIN;
+  }
+  return static_cast<signed char>(status);
 }
 
 TEST_F(RemoveTest, UndeletableSongGivesMinusThree) {
@@ -235,10 +218,7 @@ TEST_F(RemoveTest, UndeletableSongGivesMinusThree) {
   WriteFile(P("t/a.mid"), "x");
   // The whole path must be open to an unprivileged user, and the tree
   // itself owned by root with mode 0755 so that such a user cannot change it.
-  for (std::string d = P("t"); d.size() > image_.root().size(); d = d.substr(0, d.rfind('/'))) {
-    chmod(d.c_str(), 0755);
-  }
-  chmod(image_.root().c_str(), 0755);
+  OpenPathToOthers(P("t"), image_.root());
 
   std::string dir = P("t/");
   std::string skip;

@@ -1,10 +1,7 @@
 // Unique and numbered names over real directories.
 #include "zansong/storage/naming.h"
 
-#include <grp.h>
-#include <pwd.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -15,13 +12,16 @@
 #include <string>
 #include <vector>
 
+#include "support/child_process.h"
 #include "support/device_image.h"
 
 namespace {
 
 using zansong_test::DeviceTest;
 using zansong_test::MakeDirs;
+using zansong_test::OpenPathToOthers;
 using zansong_test::PathExists;
+using zansong_test::RunAsNobody;
 using zansong_test::WriteFile;
 
 class NamingTest : public DeviceTest {
@@ -172,21 +172,10 @@ TEST_F(NamingTest, EnterableDirIsAnExistingDirectory) {
   EXPECT_EQ(0, zansong::IsEnterableDir(nullptr));
 }
 
-// Runs check() in a child that has dropped to the user nobody (so that
-// permissions hold even when the tests run as root); the child's exit
-// status is check()'s result.
-int RunAsNobody(int (*check)(const std::string&), const std::string& arg) {
-  pid_t pid = fork();
-  if (pid == 0) {
-    struct passwd* nobody = getpwnam("nobody");
-    if (nobody == nullptr) _exit(100);
-    if (setgroups(0, nullptr) != 0 && getuid() == 0) _exit(101);
-    if (setgid(nobody->pw_gid) != 0 || setuid(nobody->pw_uid) != 0) _exit(102);
-    _exit(check(arg));
-  }
-  int status = 0;
-  waitpid(pid, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+// IsEnterableDir(path) as seen by the user nobody (so that permissions hold
+// even when the tests run as root).
+int EnterableAsNobody(const std::string& path) {
+  return RunAsNobody([&path] { return zansong::IsEnterableDir(path.c_str()); });
 }
 
 TEST_F(NamingTest, DirectoryWithoutSearchPermissionCannotBeEntered) {
@@ -194,11 +183,9 @@ TEST_F(NamingTest, DirectoryWithoutSearchPermissionCannotBeEntered) {
   MakeDirs(locked);
   ASSERT_EQ(0, chmod(locked.c_str(), 0700));
   // The image is reachable for others; only "locked" is not.
-  ASSERT_EQ(0, chmod(image_.root().c_str(), 0755));
-  ASSERT_EQ(0, chmod(dir_.c_str(), 0755));
-  auto enterable = [](const std::string& path) { return zansong::IsEnterableDir(path.c_str()); };
-  EXPECT_EQ(0, RunAsNobody(enterable, locked));
-  EXPECT_EQ(1, RunAsNobody(enterable, dir_));
+  ASSERT_TRUE(OpenPathToOthers(dir_, image_.root()));
+  EXPECT_EQ(0, EnterableAsNobody(locked));
+  EXPECT_EQ(1, EnterableAsNobody(dir_));
 }
 
 TEST_F(NamingTest, MaxFileIndexReadsTwoToFourLeadingDigits) {

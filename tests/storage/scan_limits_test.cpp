@@ -1,8 +1,5 @@
 // The limits of a storage walk and its failures.
-#include <grp.h>
-#include <pwd.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -10,6 +7,7 @@
 #include <list>
 #include <string>
 
+#include "support/child_process.h"
 #include "support/device_image.h"
 #include "zansong/storage/scan.h"
 
@@ -17,6 +15,8 @@ namespace {
 
 using zansong_test::DeviceTest;
 using zansong_test::MakeDirs;
+using zansong_test::OpenPathToOthers;
+using zansong_test::RunAsNobody;
 using zansong_test::WriteFile;
 
 class ScanLimitsTest : public DeviceTest {
@@ -92,20 +92,12 @@ TEST_F(ScanLimitsTest, DiskVariantStopsAfter999SongsInOneDirectory) {
 // The scan result, negated, as seen by a process running as nobody (the
 // tests may run as root, for whom no directory is unreadable).
 int ScanAsNobody(const std::string& root, int start) {
-  pid_t pid = fork();
-  if (pid == 0) {
-    struct passwd* nobody = getpwnam("nobody");
-    if (nobody == nullptr) _exit(100);
-    if (setgroups(0, nullptr) != 0 && getuid() == 0) _exit(101);
-    if (setgid(nobody->pw_gid) != 0 || setuid(nobody->pw_uid) != 0) _exit(102);
+  return RunAsNobody([&root, start] {
     std::list<std::string> albums, songs, loose;
     bool flag = false;
     int r = GetDirFileList4(root.c_str(), start, albums, songs, loose, 2, 0, &flag);
-    _exit(r <= 0 ? -r : 99);
-  }
-  int status = 0;
-  waitpid(pid, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return r <= 0 ? -r : 99;
+  });
 }
 
 TEST_F(ScanLimitsTest, UnreadableSubdirectoryStopsTheWholeScan) {
@@ -114,11 +106,7 @@ TEST_F(ScanLimitsTest, UnreadableSubdirectoryStopsTheWholeScan) {
   ASSERT_EQ(0, chown((root_ + "locked").c_str(), 0, 0));
   ASSERT_EQ(0, chmod((root_ + "locked").c_str(), 0700));
   // Everything above the locked directory is open to others.
-  for (std::string dir = root_; dir.size() > image_.root().size();) {
-    chmod(dir.c_str(), 0755);
-    dir = dir.substr(0, dir.rfind('/', dir.size() - 2) + 1);
-  }
-  chmod(image_.root().c_str(), 0755);
+  OpenPathToOthers(root_, image_.root());
   EXPECT_EQ(1, ScanAsNobody(root_, start_));
   ASSERT_EQ(0, chmod((root_ + "locked").c_str(), 0755));
   EXPECT_EQ(0, ScanAsNobody(root_, start_));

@@ -1,0 +1,77 @@
+#include "support/child_process.h"
+
+#include <grp.h>
+#include <pwd.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/types.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+
+namespace zansong_test {
+
+namespace {
+
+// path without its final slashes ("/a/b/" -> "/a/b"); "/" stays "/".
+std::string WithoutFinalSlashes(std::string path) {
+  while (path.size() > 1 && path.back() == '/') path.pop_back();
+  return path;
+}
+
+}  // namespace
+
+int RunInChild(const std::function<int()>& fn) {
+  std::fflush(stdout);
+  pid_t pid = fork();
+  if (pid < 0) return -1;
+  if (pid == 0) _exit(fn() & 0xff);
+  int status = 0;
+  if (waitpid(pid, &status, 0) != pid || !WIFEXITED(status)) return -1;
+  return WEXITSTATUS(status);
+}
+
+int RunAsNobody(const std::function<int()>& fn) {
+  return RunInChild([&fn] { return DropToNobody() ? fn() : kChildSetupFailed; });
+}
+
+bool DropToNobody() {
+  if (geteuid() != 0) return true;
+  uid_t uid = 65534;
+  gid_t gid = 65534;
+  if (const struct passwd* nobody = getpwnam("nobody")) {
+    uid = nobody->pw_uid;
+    gid = nobody->pw_gid;
+  }
+  // The groups first: once the user id is gone, they can no longer change.
+  return setgroups(0, nullptr) == 0 && setgid(gid) == 0 && setuid(uid) == 0;
+}
+
+bool MakeDirReadOnlyForThisProcess(const std::string& dir) {
+  if (geteuid() != 0) return chmod(dir.c_str(), 0555) == 0;
+  // The namespace must not pass the new mounts back to the parent's, hence
+  // the private propagation before the bind mount.
+  return unshare(CLONE_NEWNS) == 0 &&
+         mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+         mount(dir.c_str(), dir.c_str(), nullptr, MS_BIND, nullptr) == 0 &&
+         mount(nullptr, dir.c_str(), nullptr, MS_BIND | MS_REMOUNT | MS_RDONLY, nullptr) == 0;
+}
+
+bool OpenPathToOthers(const std::string& dir, const std::string& top) {
+  const std::string last = WithoutFinalSlashes(top);
+  std::string path = WithoutFinalSlashes(dir);
+  bool ok = true;
+  // Each directory strictly inside top, from dir upwards.
+  while (path.size() > last.size() && path.compare(0, last.size(), last) == 0 &&
+         (last == "/" || path[last.size()] == '/')) {
+    if (chmod(path.c_str(), 0755) != 0) ok = false;
+    path.erase(path.rfind('/'));
+    if (path.empty()) path = "/";
+  }
+  if (path != last) return false;  // dir does not lie inside top
+  return chmod(last.c_str(), 0755) == 0 && ok;
+}
+
+}  // namespace zansong_test
