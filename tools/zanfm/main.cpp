@@ -147,7 +147,9 @@ int Demo(Options o) {
   for (const auto& k : after) {
     if (!before.count(k)) std::cout << "   registered   " << k << "\n";
   }
-  std::cout << "\nJSON export of the catalogue (for the web page): "
+  // usbdb_backup writes the export for a stick only, so it holds the
+  // catalogue of the stick registered last.
+  std::cout << "\nJSON export of the stick's catalogue, as the web page reads it: "
             << zansong::DevicePathFor(zansong::DevicePath::kJsonExport) << "\n";
   return 0;
 }
