@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <thread>
 
+#include "common/handles.h"
+
 namespace zanfm {
 
 namespace {
@@ -87,16 +89,16 @@ int RunShowingMessages(bool raw, const std::function<int()>& fn) {
   std::fflush(stdout);
   int fds[2];
   if (::pipe(fds) != 0) return fn();
-  int saved = ::dup(STDOUT_FILENO);
-  ::dup2(fds[1], STDOUT_FILENO);
-  ::close(fds[1]);
-  std::thread reader(Render, fds[0], saved, raw);
+  zansong::FileDescriptor readEnd(fds[0]);
+  zansong::FileDescriptor writeEnd(fds[1]);
+  zansong::FileDescriptor saved(::dup(STDOUT_FILENO));
+  if (!saved.valid() || ::dup2(writeEnd.get(), STDOUT_FILENO) < 0) return fn();
+  writeEnd.Close();
+  std::thread reader(Render, readEnd.get(), saved.get(), raw);
   int result = fn();
   std::fflush(stdout);
-  ::dup2(saved, STDOUT_FILENO);  // closes the pipe's last write end
+  ::dup2(saved.get(), STDOUT_FILENO);  // closes the pipe's last write end
   reader.join();
-  ::close(fds[0]);
-  ::close(saved);
   return result;
 }
 
