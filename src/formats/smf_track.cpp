@@ -241,6 +241,21 @@ int TTrackData::RuningStatus() {
   return ChannelData(runningStatus_);
 }
 
+bool TTrackData::SkipLengthPrefixedBody(uint32_t lengthAt, uint32_t* body, unsigned* size) {
+  int n = zansong::ReadQuantity(data_ + lengthAt, length_ - lengthAt, size);
+  if (n == 0) {
+    End();
+    return false;
+  }
+  *body = lengthAt + static_cast<uint32_t>(n);
+  if (*size > length_ - *body) {
+    End();
+    return false;
+  }
+  position_ = *body + *size;
+  return true;
+}
+
 int TTrackData::MetaEvent(int trackIndex) {
   uint32_t start = position_;
   if (length_ - start < 3) {
@@ -248,18 +263,9 @@ int TTrackData::MetaEvent(int trackIndex) {
     return 0;
   }
   unsigned char type = data_[start + 1];
+  uint32_t body;
   unsigned size;
-  int n = zansong::ReadQuantity(data_ + start + 2, length_ - start - 2, &size);
-  if (n == 0) {
-    End();
-    return 0;
-  }
-  uint32_t body = start + 2 + static_cast<uint32_t>(n);
-  if (size > length_ - body) {
-    End();
-    return 0;
-  }
-  position_ = body + size;
+  if (!SkipLengthPrefixedBody(start + 2, &body, &size)) return 0;
   if (owner_->Defer(start, trackIndex, absoluteTick_)) {
     if (type == 0x2F) End();
     return 1;
@@ -332,18 +338,9 @@ int TTrackData::MetaEvent(int trackIndex) {
 int TTrackData::SysExclusive() {
   uint32_t start = position_;
   bool withF0 = data_[start] == 0xF0;
+  uint32_t body;
   unsigned size;
-  int n = zansong::ReadQuantity(data_ + start + 1, length_ - start - 1, &size);
-  if (n == 0) {
-    End();
-    return 0;
-  }
-  uint32_t body = start + 1 + static_cast<uint32_t>(n);
-  if (size > length_ - body) {
-    End();
-    return 0;
-  }
-  position_ = body + size;
+  if (!SkipLengthPrefixedBody(start + 1, &body, &size)) return 0;
   if (owner_->Defer(start, index_, absoluteTick_)) return 1;
   TSongPara* para = owner_->para();
   if (para == nullptr || size == 0 || data_[body + size - 1] != 0xF7) return 1;

@@ -115,6 +115,11 @@ class TTrackData {
   // Applies a channel message with status status whose data bytes start at
   // the cursor; ends the track and returns 0 when they run past the data.
   int ChannelData(unsigned char status);
+  // Reads the length quantity at lengthAt and moves the cursor past the
+  // body that follows it.  Stores where the body starts and its size and
+  // returns true; ends the track and returns false when the quantity or the
+  // body runs past the data.
+  bool SkipLengthPrefixedBody(uint32_t lengthAt, uint32_t* body, unsigned* size);
 
   TSmfData* owner_;
   int index_;
