@@ -28,10 +28,10 @@
 #include <ctime>
 #include <string>
 
+#include "samplefiles/midi_writer.h"
+#include "samplefiles/wav_writer.h"
 #include "support/device_image.h"
-#include "support/midi_writer.h"
 #include "support/stdout_capture.h"
-#include "support/wav_writer.h"
 #include "zansong/fileman/register.h"
 
 namespace {
@@ -55,7 +55,7 @@ extern "C" int sqlite3_exec(sqlite3* db, const char* sql,
 
 namespace {
 
-using zansong_test::MidiTrack;
+using samplefiles::MidiTrack;
 
 constexpr int kAlbums = 499;
 constexpr int kSongs = 4999;
@@ -68,8 +68,7 @@ std::string SongBytes(int n) {
   MidiTrack piano;
   for (int i = 0; i < 2400; ++i) piano.NoteOn(0, 0, 48 + i % 36, 80).NoteOff(48, 0, 48 + i % 36);
   piano.EndOfTrack();
-  return zansong_test::BuildSmf(zansong_test::SmfOptions(),
-                                std::vector<MidiTrack>{conductor, piano});
+  return samplefiles::BuildSmf(samplefiles::SmfOptions(), std::vector<MidiTrack>{conductor, piano});
 }
 
 std::string SongPath(const std::string& root, int n) {
@@ -86,12 +85,12 @@ struct Storage {
     for (int a = 0; a < kAlbums; ++a)
       ::mkdir((root + "Album" + std::to_string(1000 + a)).c_str(), 0777);
     for (int n = 0; n < kSongs; ++n) {
-      zansong_test::SaveBytes(SongPath(root, n), SongBytes(n));
+      samplefiles::SaveBytes(SongPath(root, n), SongBytes(n));
       if (n % 50 == 0) {
-        zansong_test::WavSpec wav;
+        samplefiles::WavSpec wav;
         wav.dataBytes = 4000;
         std::string p = SongPath(root, n);
-        zansong_test::WriteWavFile(p.substr(0, p.size() - 4) + ".wav", wav);
+        samplefiles::WriteWavFile(p.substr(0, p.size() - 4) + ".wav", wav);
       }
     }
   }
@@ -113,8 +112,8 @@ struct Storage {
       t.actime = t.modtime = std::time(nullptr) + round * 100 + i;
       ::utime(SongPath(root, n).c_str(), &t);
       std::string album = root + "Album" + std::to_string(1000 + (i * 37) % kAlbums) + "/New";
-      zansong_test::SaveBytes(album + std::to_string(round) + "_" + std::to_string(i) + ".mid",
-                              SongBytes(i));
+      samplefiles::SaveBytes(album + std::to_string(round) + "_" + std::to_string(i) + ".mid",
+                             SongBytes(i));
       if (round > 0) {
         std::remove((album + std::to_string(round - 1) + "_" + std::to_string(i) + ".mid").c_str());
       }

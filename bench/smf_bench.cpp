@@ -8,15 +8,15 @@
 #include <string>
 #include <vector>
 
-#include "support/midi_writer.h"
+#include "samplefiles/midi_writer.h"
 #include "zansong/formats/smf.h"
 
 namespace {
 
-using zansong_test::BuildSmf;
-using zansong_test::MidiTrack;
-using zansong_test::SaveBytes;
-using zansong_test::SmfOptions;
+using samplefiles::BuildSmf;
+using samplefiles::MidiTrack;
+using samplefiles::SaveBytes;
+using samplefiles::SmfOptions;
 
 // A track of notes on its own channel, about bytes long, with a tempo change
 // every 500 events in the tracks that carry the tempo map.

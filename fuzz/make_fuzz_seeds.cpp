@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "support/midi_writer.h"
-#include "support/mp3_writer.h"
-#include "support/wav_writer.h"
+#include "samplefiles/midi_writer.h"
+#include "samplefiles/mp3_writer.h"
+#include "samplefiles/wav_writer.h"
 
-using namespace zansong_test;
+using namespace samplefiles;
 
 namespace {
 

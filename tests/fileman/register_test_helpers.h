@@ -8,10 +8,17 @@
 #include <string>
 #include <vector>
 
-#include "support/midi_writer.h"
-#include "support/wav_writer.h"
+#include "samplefiles/midi_writer.h"
+#include "samplefiles/wav_writer.h"
 
 namespace zansong_test {
+
+using samplefiles::BuildSmf;
+using samplefiles::MidiTrack;
+using samplefiles::SaveBytes;
+using samplefiles::SmfOptions;
+using samplefiles::WavSpec;
+using samplefiles::WriteWavFile;
 
 // A two-track MIDI file whose first track carries title (none when empty)
 // and a tempo change; `quarters` quarter notes long at 120 bpm.

@@ -2,11 +2,16 @@
 // from every bitrate of the standard tables.
 #include <string>
 
+#include "samplefiles/mp3_writer.h"
 #include "support/device_image.h"
-#include "support/mp3_writer.h"
 #include "zansong/formats/audio.h"
 
 namespace zansong_test {
+
+using samplefiles::BuildMp3;
+using samplefiles::Id3v1Tag;
+using samplefiles::Mp3Frame;
+
 namespace {
 
 // The bitrate tables of the MPEG audio standards, kbit/s for index 1-14.

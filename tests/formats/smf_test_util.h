@@ -8,11 +8,19 @@
 #include <string>
 #include <vector>
 
+#include "samplefiles/midi_writer.h"
 #include "support/device_image.h"
-#include "support/midi_writer.h"
 #include "zansong/formats/smf.h"
 
 namespace zansong_test {
+
+using samplefiles::Be16;
+using samplefiles::Be32;
+using samplefiles::BuildSmf;
+using samplefiles::MidiTrack;
+using samplefiles::SmfOptions;
+using samplefiles::TrackChunk;
+using samplefiles::VarLen;
 
 class SmfTest : public DeviceTest {
  protected:

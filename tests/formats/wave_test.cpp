@@ -1,11 +1,18 @@
 // Playing times of WAV files and GetAudioTime's choice by extension.
 #include <string>
 
+#include "samplefiles/wav_writer.h"
 #include "support/device_image.h"
-#include "support/wav_writer.h"
 #include "zansong/formats/audio.h"
 
 namespace zansong_test {
+
+using samplefiles::BuildWav;
+using samplefiles::ListInfoChunk;
+using samplefiles::WavChunk;
+using samplefiles::WavSpec;
+using samplefiles::WriteWavFile;
+
 namespace {
 
 class WaveTest : public DeviceTest {

@@ -6,16 +6,16 @@
 #include <cstdio>
 #include <ctime>
 
-#include "support/midi_writer.h"
-#include "support/mp3_writer.h"
-#include "support/wav_writer.h"
+#include "samplefiles/midi_writer.h"
+#include "samplefiles/mp3_writer.h"
+#include "samplefiles/wav_writer.h"
 #include "zansong/common/charset.h"
 
 namespace zanfm {
 
 namespace {
 
-using zansong_test::MidiTrack;
+using samplefiles::MidiTrack;
 
 bool MakeDir(const std::string& path) {
   return ::mkdir(path.c_str(), 0777) == 0 || errno == EEXIST;
@@ -33,28 +33,28 @@ bool WriteMidiSong(const std::string& path, const std::string& title, int bars) 
     piano.NoteOn(0, 0, 60 + (i * 2) % 12, 80).NoteOff(480, 0, 60 + (i * 2) % 12);
   }
   piano.EndOfTrack();
-  return zansong_test::SaveBytes(
+  return samplefiles::SaveBytes(
       path,
-      zansong_test::BuildSmf(zansong_test::SmfOptions(), std::vector<MidiTrack>{conductor, piano}));
+      samplefiles::BuildSmf(samplefiles::SmfOptions(), std::vector<MidiTrack>{conductor, piano}));
 }
 
 bool WriteWav(const std::string& path, int seconds) {
-  zansong_test::WavSpec wav;
+  samplefiles::WavSpec wav;
   wav.channels = 1;
   wav.sampleRate = 8000;
   wav.bitsPerSample = 8;
   wav.dataBytes = static_cast<uint32_t>(seconds * 8000);
-  return zansong_test::WriteWavFile(path, wav);
+  return samplefiles::WriteWavFile(path, wav);
 }
 
 bool WriteMp3(const std::string& path) {
-  zansong_test::Id3v1Tag tag;
+  samplefiles::Id3v1Tag tag;
   tag.title = "Sample";
-  return zansong_test::WriteMp3File(path, zansong_test::Mp3Frame(), 16000, &tag);
+  return samplefiles::WriteMp3File(path, samplefiles::Mp3Frame(), 16000, &tag);
 }
 
 bool WriteText(const std::string& path, const std::string& text) {
-  return zansong_test::SaveBytes(path, text);
+  return samplefiles::SaveBytes(path, text);
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
-#include "support/wav_writer.h"
+#include "samplefiles/wav_writer.h"
 
-#include "support/midi_writer.h"
+#include "samplefiles/midi_writer.h"
 
-namespace zansong_test {
+namespace samplefiles {
 
 std::string WavChunkBytes(const WavChunk& chunk) {
   return chunk.id + Le32(static_cast<uint32_t>(chunk.body.size())) + chunk.body;
@@ -54,4 +54,4 @@ bool WriteWavFile(const std::string& path, const WavSpec& wav) {
   return SaveBytes(path, BuildWav(wav));
 }
 
-}  // namespace zansong_test
+}  // namespace samplefiles

@@ -1,4 +1,4 @@
-// Test-support writer of Standard MIDI Files, built in memory.
+// Writer of Standard MIDI Files, built in memory.
 //
 // MidiTrack collects the events of one "MTrk" chunk.  Every event call takes
 // the delta time in ticks since the previous event of the same track and
@@ -12,26 +12,26 @@
 //
 // With running status on (SetRunningStatus(true)), a channel message whose
 // status equals the previous channel status is written without its status
-// byte; system exclusive and meta events do not cancel it (as the walker
-// under test expects; the test decides what it writes).
+// byte; system exclusive and meta events do not cancel it (as the library's
+// MIDI walker expects; the caller decides what it writes).
 //
 // BuildSmf() assembles the file: the 14-byte "MThd" header (length 6, format,
 // track count, division), then each track as "MTrk" + big-endian length +
 // bytes.  With `wrapped`, the file is put behind the 20-byte RIFF wrapper
 // "RIFF" <size> "RMID" "data" <size> (little-endian sizes).  The track count
 // written is tracks.size() unless trackCountField is given.  Nothing here
-// validates input: tests build malformed files on purpose.
+// validates input: tests and fuzz seeds build malformed files on purpose.
 //
 // SaveBytes() writes bytes to a path (created or truncated); true on success.
 // It is shared by the WAV and MP3 writers.
-#ifndef ZANSONG_TESTS_SUPPORT_MIDI_WRITER_H_
-#define ZANSONG_TESTS_SUPPORT_MIDI_WRITER_H_
+#ifndef ZANSONG_SAMPLEFILES_MIDI_WRITER_H_
+#define ZANSONG_SAMPLEFILES_MIDI_WRITER_H_
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
-namespace zansong_test {
+namespace samplefiles {
 
 // Variable-length quantity of value, most significant group first; width 0
 // is the shortest form, a larger width pads with leading 0x80 bytes.
@@ -119,6 +119,6 @@ std::string RiffWrapper(uint32_t smfSize);
 
 bool SaveBytes(const std::string& path, const std::string& bytes);
 
-}  // namespace zansong_test
+}  // namespace samplefiles
 
-#endif  // ZANSONG_TESTS_SUPPORT_MIDI_WRITER_H_
+#endif  // ZANSONG_SAMPLEFILES_MIDI_WRITER_H_

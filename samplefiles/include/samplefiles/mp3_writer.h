@@ -1,10 +1,10 @@
-// Test-support writer of MPEG audio files, built in memory.
+// Writer of MPEG audio files, built in memory.
 //
 // Mp3FrameHeader(frame) returns the 4-byte frame header: sync 0xFFE, version
 // bits 11 (MPEG-1) or 10 (MPEG-2 low sampling frequency), the layer code
 // (Layer I = 3, II = 2, III = 1), no CRC, the bitrate index (0-15), the
 // sample-rate index (0-3), the padding bit, stereo mode.  Any field value is
-// written as given, so tests can build invalid headers.
+// written as given, so callers can build invalid headers.
 //
 // Mp3FrameLength(frame) is the frame's length in bytes from the standard
 // bitrate and sampling-rate tables (0 for a free, invalid or reserved index).
@@ -18,13 +18,13 @@
 // comment[30] (each NUL-padded or cut), genre byte.
 //
 // WriteMp3File() saves BuildMp3(...) to path; true on success.
-#ifndef ZANSONG_TESTS_SUPPORT_MP3_WRITER_H_
-#define ZANSONG_TESTS_SUPPORT_MP3_WRITER_H_
+#ifndef ZANSONG_SAMPLEFILES_MP3_WRITER_H_
+#define ZANSONG_SAMPLEFILES_MP3_WRITER_H_
 
 #include <cstdint>
 #include <string>
 
-namespace zansong_test {
+namespace samplefiles {
 
 struct Mp3Frame {
   bool mpeg1 = true;     // false: MPEG-2 low sampling frequency
@@ -52,6 +52,6 @@ std::string BuildMp3(const Mp3Frame& frame, size_t audioBytes, const Id3v1Tag* t
 bool WriteMp3File(const std::string& path, const Mp3Frame& frame, size_t audioBytes,
                   const Id3v1Tag* tag);
 
-}  // namespace zansong_test
+}  // namespace samplefiles
 
-#endif  // ZANSONG_TESTS_SUPPORT_MP3_WRITER_H_
+#endif  // ZANSONG_SAMPLEFILES_MP3_WRITER_H_

@@ -1,10 +1,10 @@
-// Test-support writer of RIFF/WAVE files, built in memory.
+// Writer of RIFF/WAVE files, built in memory.
 //
 // BuildWav(wav) returns "RIFF" <size> "WAVE", then the chunks in this order:
 // wav.chunksBeforeFmt, the "fmt " chunk (when wav.withFmt), wav.chunksAfterFmt,
 // the "data" chunk (when wav.withData) and wav.chunksAfterData.  Each chunk
 // is its 4-character identifier, a 32-bit little-endian size and its body;
-// bodies of odd size get no pad byte unless the test puts one in the body.
+// bodies of odd size get no pad byte unless the caller puts one in the body.
 //
 // The "fmt " chunk has wav.fmtSize bytes (16, 18 or 40 in practice): format
 // tag 1 (PCM; 0xFFFE for size 40), channels, sample rate, byte rate, block
@@ -15,15 +15,15 @@
 // Nothing is validated: channel count 0 or bit depth 4 are written as given.
 //
 // WriteWavFile() saves BuildWav(wav) to path; true on success.
-#ifndef ZANSONG_TESTS_SUPPORT_WAV_WRITER_H_
-#define ZANSONG_TESTS_SUPPORT_WAV_WRITER_H_
+#ifndef ZANSONG_SAMPLEFILES_WAV_WRITER_H_
+#define ZANSONG_SAMPLEFILES_WAV_WRITER_H_
 
 #include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
 
-namespace zansong_test {
+namespace samplefiles {
 
 struct WavChunk {
   std::string id;    // 4 characters
@@ -52,6 +52,6 @@ WavChunk ListInfoChunk(const std::string& text);
 std::string BuildWav(const WavSpec& wav);
 bool WriteWavFile(const std::string& path, const WavSpec& wav);
 
-}  // namespace zansong_test
+}  // namespace samplefiles
 
-#endif  // ZANSONG_TESTS_SUPPORT_WAV_WRITER_H_
+#endif  // ZANSONG_SAMPLEFILES_WAV_WRITER_H_

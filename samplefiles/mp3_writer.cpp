@@ -1,10 +1,10 @@
-#include "support/mp3_writer.h"
+#include "samplefiles/mp3_writer.h"
 
 #include <algorithm>
 
-#include "support/midi_writer.h"
+#include "samplefiles/midi_writer.h"
 
-namespace zansong_test {
+namespace samplefiles {
 
 namespace {
 
@@ -80,4 +80,4 @@ bool WriteMp3File(const std::string& path, const Mp3Frame& frame, size_t audioBy
   return SaveBytes(path, BuildMp3(frame, audioBytes, tag));
 }
 
-}  // namespace zansong_test
+}  // namespace samplefiles

@@ -1,8 +1,8 @@
-#include "support/midi_writer.h"
+#include "samplefiles/midi_writer.h"
 
 #include <cstdio>
 
-namespace zansong_test {
+namespace samplefiles {
 
 std::string VarLen(uint32_t value, int width) {
   std::string groups(1, static_cast<char>(value & 0x7F));
@@ -163,4 +163,4 @@ bool SaveBytes(const std::string& path, const std::string& bytes) {
   return ok;
 }
 
-}  // namespace zansong_test
+}  // namespace samplefiles
