@@ -4,8 +4,9 @@
 //
 // FileDescriptor owns an fd (-1 for none) and closes it on destruction;
 // Close() closes it early and reports close's result.  DirectoryHandle owns
-// a DIR* (null for none).  Both are move-only.  ScopedFile and ScopedIconv
-// are neither copied nor moved: they live on the stack of one function.
+// a DIR* (null for none) and lists it with ForEachEntry.  Both are
+// move-only.  ScopedFile and ScopedIconv are neither copied nor moved: they
+// live on the stack of one function.
 #ifndef ZANSONG_COMMON_HANDLES_H_
 #define ZANSONG_COMMON_HANDLES_H_
 
@@ -63,8 +64,12 @@ class DirectoryHandle {
 
   bool valid() const { return dir_ != nullptr; }
   DIR* get() const { return dir_; }
-  // The next entry, or null at the end.
-  dirent* Next() { return ::readdir(dir_); }
+  // The one listing loop of the library: calls visit(const dirent&) for
+  // every entry but "." and "..", in directory order, until visit returns
+  // false.  Returns false when the directory is not open (nothing visited),
+  // else true.
+  template <typename Visit>
+  bool ForEachEntry(Visit visit);
   void Close() {
     if (dir_ != nullptr) ::closedir(std::exchange(dir_, nullptr));
   }
@@ -76,6 +81,16 @@ class DirectoryHandle {
 // "." and "..", which every listing skips.
 inline bool IsDotEntry(const char* name) {
   return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+}
+
+template <typename Visit>
+bool DirectoryHandle::ForEachEntry(Visit visit) {
+  if (dir_ == nullptr) return false;
+  while (const dirent* entry = ::readdir(dir_)) {
+    if (IsDotEntry(entry->d_name)) continue;
+    if (!visit(*entry)) break;
+  }
+  return true;
 }
 
 class ScopedFile {

@@ -17,10 +17,10 @@ namespace {
 // Whether the entry read from a listing of dir is a directory.  File
 // systems that do not report entry types in the listing are asked with
 // stat (which follows links, as opening the path later would).
-bool IsDirectoryEntry(const std::string& dir, const dirent* entry) {
-  if (entry->d_type != DT_UNKNOWN) return (entry->d_type & DT_DIR) != 0;
+bool IsDirectoryEntry(const std::string& dir, const dirent& entry) {
+  if (entry.d_type != DT_UNKNOWN) return (entry.d_type & DT_DIR) != 0;
   struct stat st;
-  std::string path = dir + entry->d_name;
+  std::string path = dir + entry.d_name;
   return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
@@ -31,13 +31,20 @@ bool FindDirectoryEntry(const std::string& parent, const std::string& component,
                         std::string* onDisk) {
   zansong::DirectoryHandle dir(parent.c_str());
   if (!dir.valid()) return false;
-  while (dirent* entry = dir.Next()) {
-    if (strcasecmp(entry->d_name, component.c_str()) != 0) continue;
-    if (!IsDirectoryEntry(parent, entry)) continue;
-    *onDisk = parent + entry->d_name + "/";
+  // "." and ".." are in every directory; the listing leaves them out.
+  if (zansong::IsDotEntry(component.c_str())) {
+    *onDisk = parent + component + "/";
     return true;
   }
-  return false;
+  bool found = false;
+  dir.ForEachEntry([&](const dirent& entry) {
+    if (strcasecmp(entry.d_name, component.c_str()) != 0) return true;
+    if (!IsDirectoryEntry(parent, entry)) return true;
+    *onDisk = parent + entry.d_name + "/";
+    found = true;
+    return false;
+  });
+  return found;
 }
 
 // The on-disk spelling of the absolute directory path, ending in "/", or
@@ -81,14 +88,15 @@ TSString FindWithExtension(const char* path, const char* const* spellings, int c
   std::vector<std::string> names;
   {
     zansong::DirectoryHandle handle(dir.c_str());
-    if (!handle.valid()) return TSString();
-    while (dirent* entry = handle.Next()) {
-      const char* name = entry->d_name;
-      if (std::strlen(name) != stemLength + 4) continue;
-      if (strncasecmp(name, stemName.c_str(), stemLength) != 0) continue;
-      if (IsDirectoryEntry(dir, entry)) continue;
+    bool listed = handle.ForEachEntry([&](const dirent& entry) {
+      const char* name = entry.d_name;
+      if (std::strlen(name) != stemLength + 4) return true;
+      if (strncasecmp(name, stemName.c_str(), stemLength) != 0) return true;
+      if (IsDirectoryEntry(dir, entry)) return true;
       names.emplace_back(name);
-    }
+      return true;
+    });
+    if (!listed) return TSString();
   }
   for (int i = 0; i < count; ++i) {
     for (const std::string& name : names) {
@@ -117,12 +125,12 @@ int FH2_is_dir_exists(const char* path, char* out, int outsize) {
 }
 
 int AnyFileExists(const char* dir) {
-  zansong::DirectoryHandle handle(dir);
-  if (!handle.valid()) return 0;
-  while (dirent* entry = handle.Next()) {
-    if (!zansong::IsDotEntry(entry->d_name)) return 1;
-  }
-  return 0;
+  bool any = false;
+  zansong::DirectoryHandle(dir).ForEachEntry([&any](const dirent&) {
+    any = true;
+    return false;
+  });
+  return any ? 1 : 0;
 }
 
 TSString FileExists2(const char* path) {
@@ -131,15 +139,16 @@ TSString FileExists2(const char* path) {
   TSString wanted = ExtractFileNameSX(path);
   wanted.UpperCase();
 
-  zansong::DirectoryHandle handle(dir.c_str());
-  if (!handle.valid()) return TSString();
-  while (dirent* entry = handle.Next()) {
-    if (IsDirectoryEntry(dir, entry)) continue;
-    TSString name(entry->d_name);
+  TSString found;
+  zansong::DirectoryHandle(dir.c_str()).ForEachEntry([&](const dirent& entry) {
+    if (IsDirectoryEntry(dir, entry)) return true;
+    TSString name(entry.d_name);
     name.UpperCase();
-    if (name == wanted) return dirName + "/" + entry->d_name;
-  }
-  return TSString();
+    if (!(name == wanted)) return true;
+    found = dirName + "/" + entry.d_name;
+    return false;
+  });
+  return found;
 }
 
 // Not every mixed-case spelling is tried: the ones with only the middle

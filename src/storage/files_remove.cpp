@@ -55,15 +55,14 @@ int DeleteFile(const char* path) { return FileDelete(path); }
 
 int RemoveDir(const char* dir, bool removeSelf) {
   {
-    zansong::DirectoryHandle handle(dir);
-    if (!handle.valid()) return 0;
     std::string prefix(dir);
     // Subdirectories are not removed; unlink fails on them and that is
     // ignored like any other failure here.
-    while (dirent* entry = handle.Next()) {
-      if (zansong::IsDotEntry(entry->d_name)) continue;
-      DeleteFile((prefix + entry->d_name).c_str());
-    }
+    bool listed = zansong::DirectoryHandle(dir).ForEachEntry([&prefix](const dirent& entry) {
+      DeleteFile((prefix + entry.d_name).c_str());
+      return true;
+    });
+    if (!listed) return 0;
   }
   if (!removeSelf) return 1;
   return ::rmdir(dir) == 0 ? 1 : 0;
@@ -77,14 +76,11 @@ int RemoveDirTree(char* dir, bool removeSelf, bool recurse, bool withJpg) {
   // left over only when it is still there once every song has been seen.
   std::vector<std::string> pictures;
   {
-    zansong::DirectoryHandle handle(dir);
-    if (!handle.valid()) return -1;
     const std::string prefix(dir);
-    while (dirent* entry = handle.Next()) {
-      if (zansong::IsDotEntry(entry->d_name)) continue;
-      std::string path = prefix + entry->d_name;
+    bool listed = zansong::DirectoryHandle(dir).ForEachEntry([&](const dirent& entry) {
+      std::string path = prefix + entry.d_name;
       struct stat st;
-      if (::stat(path.c_str(), &st) != 0) continue;
+      if (::stat(path.c_str(), &st) != 0) return true;
 
       if (S_ISDIR(st.st_mode)) {
         if (recurse) {
@@ -94,7 +90,7 @@ int RemoveDirTree(char* dir, bool removeSelf, bool recurse, bool withJpg) {
         } else {
           leftover = true;
         }
-        continue;
+        return true;
       }
 
       TSString ext = UpperExtension(path);
@@ -106,7 +102,9 @@ int RemoveDirTree(char* dir, bool removeSelf, bool recurse, bool withJpg) {
       } else {
         leftover = true;
       }
-    }
+      return true;
+    });
+    if (!listed) return -1;
   }
   for (const std::string& picture : pictures) {
     if (PathPresent(picture)) leftover = true;

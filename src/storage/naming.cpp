@@ -33,16 +33,12 @@ bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 // that stat accepts.  False when dir cannot be opened.
 template <typename Visit>
 bool ForEachEntry(const char* dir, Visit visit) {
-  zansong::DirectoryHandle d(dir);
-  if (!d.valid()) return false;
-  while (struct dirent* e = d.Next()) {
-    if (zansong::IsDotEntry(e->d_name)) continue;
-    TSString path = TSString(dir) + e->d_name;
+  return zansong::DirectoryHandle(dir).ForEachEntry([&](const dirent& e) {
+    TSString path = TSString(dir) + e.d_name;
     struct stat st;
-    if (::stat(path.c_str(), &st) != 0) continue;
-    if (!visit(e->d_name, st)) break;
-  }
-  return true;
+    if (::stat(path.c_str(), &st) != 0) return true;
+    return visit(e.d_name, st);
+  });
 }
 
 // "PIANO" + n, three digits for 1 to 999, plain above.

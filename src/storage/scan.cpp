@@ -112,49 +112,58 @@ int WalkDir(const Walk& walk, const TSString& dir, int level, std::list<std::str
   if (level + 1 >= walk.maxLevel) return 0;  // too deep: the contents are not listed
 
   std::vector<TSString> midis, audios;
-  while (struct dirent* e = d.Next()) {
-    if (zansong::IsDotEntry(e->d_name)) continue;
+  int result = 0;
+  d.ForEachEntry([&](const dirent& e) {
     *flag = false;
-    TSString path = dir + e->d_name;
+    TSString path = dir + e.d_name;
     struct stat st;
-    if (::stat(path.c_str(), &st) != 0) continue;
+    if (::stat(path.c_str(), &st) != 0) return true;
 
     if (!S_ISDIR(st.st_mode)) {
-      const TSString ext = UpperExtension(e->d_name);
+      const TSString ext = UpperExtension(e.d_name);
       const bool isMidi = ext == ".MID";
       const bool isAudio = ext == ".WAV" || ext == ".MP3";
-      if (!isMidi && !isAudio) continue;
+      if (!isMidi && !isAudio) return true;
       if (walk.pairInMemory) {
         (isMidi ? midis : audios).push_back(path);
-        continue;
+        return true;
       }
       TSString line = GetSongCache(path, walk.start);
-      if (line.Length() == 0) continue;
-      if (static_cast<int>(loose.size()) > kMaxLooseSongs - 1) return -3;
+      if (line.Length() == 0) return true;
+      if (static_cast<int>(loose.size()) > kMaxLooseSongs - 1) {
+        result = -3;
+        return false;
+      }
       loose.push_back(ToStd(line));
-      continue;
+      return true;
     }
 
-    if (e->d_name[0] == '.') continue;
+    if (e.d_name[0] == '.') return true;
     path += "/";
     const TSString rel = path.SubString(walk.start);
-    if (IsExcludedDir(walk, rel)) continue;
+    if (IsExcludedDir(walk, rel)) return true;
     TSString name = rel;
     name.SetLength(name.Length() - 1);
 
     std::list<std::string> subLines;
     bool subFlag = false;
     int r = WalkDir(walk, path, level + 1, subLines, &subFlag);
-    if (r == -3 || r > 0) continue;
-    if (r != 0) return r;
-    if (subLines.empty() && !IsKeptRecorderDir(name) && !subFlag) continue;
+    if (r == -3 || r > 0) return true;
+    if (r != 0) {
+      result = r;
+      return false;
+    }
+    if (subLines.empty() && !IsKeptRecorderDir(name) && !subFlag) return true;
     if (static_cast<int>(walk.albumDirs->size()) > kMaxAlbumDirs - 1 ||
         walk.songLines->size() + subLines.size() > static_cast<size_t>(kMaxAlbumSongs)) {
-      return -2;
+      result = -2;
+      return false;
     }
     walk.albumDirs->push_back(ToStd(name));
     walk.songLines->splice(walk.songLines->end(), subLines);
-  }
+    return true;
+  });
+  if (result != 0) return result;
   d.Close();
 
   if (walk.pairInMemory) PairSongs(walk, midis, audios, loose);

@@ -10,36 +10,31 @@
 #include "zansong/storage/scan.h"
 
 int GetDirFileList(const char* dir, std::list<std::string>& files) {
-  zansong::DirectoryHandle d(dir);
-  if (!d.valid()) return 0;
-  while (struct dirent* e = d.Next()) {
-    if (zansong::IsDotEntry(e->d_name)) continue;
-    std::string path = std::string(dir) + e->d_name;
+  bool listed = zansong::DirectoryHandle(dir).ForEachEntry([&](const dirent& e) {
+    std::string path = std::string(dir) + e.d_name;
     struct stat st;
-    if (::stat(path.c_str(), &st) != 0) continue;
+    if (::stat(path.c_str(), &st) != 0) return true;
     if (S_ISDIR(st.st_mode)) {
       GetDirFileList((path + "/").c_str(), files);
     } else {
       files.push_back(path);
     }
-  }
-  return 1;
+    return true;
+  });
+  return listed ? 1 : 0;
 }
 
 int GetDirFileVector(char* dir, std::vector<TDirFileName>& names) {
   std::vector<std::string> found;
-  {
-    zansong::DirectoryHandle d(dir);
-    if (!d.valid()) return 0;
-    while (struct dirent* e = d.Next()) {
-      if (zansong::IsDotEntry(e->d_name)) continue;
-      std::string path = std::string(dir) + e->d_name;
-      struct stat st;
-      if (::stat(path.c_str(), &st) != 0 || S_ISDIR(st.st_mode)) continue;
-      found.push_back(e->d_name);
-      ::usleep(10000);  // a slow stick is not flooded with requests
-    }
-  }
+  bool listed = zansong::DirectoryHandle(dir).ForEachEntry([&](const dirent& e) {
+    std::string path = std::string(dir) + e.d_name;
+    struct stat st;
+    if (::stat(path.c_str(), &st) != 0 || S_ISDIR(st.st_mode)) return true;
+    found.push_back(e.d_name);
+    ::usleep(10000);  // a slow stick is not flooded with requests
+    return true;
+  });
+  if (!listed) return 0;
   std::sort(found.begin(), found.end());
   for (const std::string& name : found) {
     if (name.compare(0, 2, "._") == 0) {

@@ -1,9 +1,9 @@
 // MD5 digests of files.
-#include <dirent.h>
 #include <gtest/gtest.h>
 
 #include <string>
 
+#include "common/handles.h"
 #include "support/device_image.h"
 #include "support/stdout_capture.h"
 #include "zansong/storage/files.h"
@@ -17,11 +17,12 @@ using zansong_test::WriteFile;
 
 int OpenDescriptors() {
   int count = 0;
-  DIR* dir = opendir("/proc/self/fd");
-  if (dir == nullptr) return -1;
-  while (readdir(dir) != nullptr) ++count;
-  closedir(dir);
-  return count;
+  zansong::DirectoryHandle dir("/proc/self/fd");
+  bool listed = dir.ForEachEntry([&count](const dirent&) {
+    ++count;
+    return true;
+  });
+  return listed ? count : -1;
 }
 
 class DigestTest : public DeviceTest {
