@@ -74,9 +74,10 @@ TEST(DeviceImageTest, ImageHoldsTheFixedPathsAndSetsTheRoot) {
     zansong_test::DeviceImage image;
     root = image.root();
     EXPECT_EQ(root, FM_GetSystemRoot());
-    for (const char* p : {"/usr/local/songs", "/usr/local/bin/sqlite3", "/usr/local/bin/songdb2json",
-                          "/usr/local/bin/stripxp.sh", "/usr/local/etc/zansong.sql",
-                          "/usr/local/www/ctrl", "/var/volatile/run/media", "/tmp"}) {
+    for (const char* p :
+         {"/usr/local/songs", "/usr/local/bin/sqlite3", "/usr/local/bin/songdb2json",
+          "/usr/local/bin/stripxp.sh", "/usr/local/etc/zansong.sql", "/usr/local/www/ctrl",
+          "/var/volatile/run/media", "/tmp"}) {
       EXPECT_TRUE(zansong_test::PathExists(image.Path(p))) << p;
     }
   }

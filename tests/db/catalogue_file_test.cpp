@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "db/catalogue_fixture.h"
+#include "support/catalogue_fixture.h"
 #include "support/stdout_capture.h"
 #include "zansong/common/process.h"
 

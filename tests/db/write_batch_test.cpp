@@ -7,7 +7,7 @@
 #include <chrono>
 #include <thread>
 
-#include "db/catalogue_fixture.h"
+#include "support/catalogue_fixture.h"
 #include "support/stdout_capture.h"
 
 namespace zansong_test {

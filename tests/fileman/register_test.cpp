@@ -227,19 +227,5 @@ TEST_F(RegisterTest, CatalogueThatCannotBeCreatedIsReported) {
   EXPECT_NE(std::string::npos, printed_.find("DB Create Error\n"));
 }
 
-TEST_F(RegisterTest, FullScanListsNothingAndReturnsZero) {
-  const std::string root = image_.SongRoot();
-  MakeDirs(root + "A");
-  WriteSongFile(root + "A/1.mid", "One");
-  StdoutCapture capture;
-  EXPECT_EQ(0, FM_Add_AllSongs(root.c_str(), ""));
-  capture.Finish();
-  EXPECT_TRUE(PathExists(SongDb()));
-  EXPECT_EQ(0, QueryInt(SongDb(), "SELECT COUNT(*) FROM song"));
-  EXPECT_EQ(0, QueryInt(SongDb(), "SELECT COUNT(*) FROM album"));
-  FM_Add_Songs(root.c_str(), 1);  // a stub: nothing happens
-  EXPECT_EQ(0, QueryInt(SongDb(), "SELECT COUNT(*) FROM song"));
-}
-
 }  // namespace
 }  // namespace zansong_test

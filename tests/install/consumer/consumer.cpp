@@ -1,6 +1,6 @@
 // A program outside the project that uses the installed library.
-#include <zansong/zansong.h>
 #include <zanmsg.h>
+#include <zansong/zansong.h>
 
 #include <cstdio>
 #include <cstring>

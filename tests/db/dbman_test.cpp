@@ -1,19 +1,19 @@
-// TDBMan's connection and statement operations, SimpleDB, and waiting for
-// another process's lock.
+// TDBMan's connection and statement operations, and waiting for another
+// process's lock.
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
 #include <string>
 
-#include "db/catalogue_fixture.h"
+#include "support/catalogue_fixture.h"
 #include "support/stdout_capture.h"
 
 namespace zansong_test {
 namespace {
 
-using ConnectionTest = CatalogueTest;
+using DbManTest = CatalogueTest;
 
-TEST_F(ConnectionTest, OpenReplacesTheConnectionAndCloseClearsIt) {
+TEST_F(DbManTest, OpenReplacesTheConnectionAndCloseClearsIt) {
   sqlite3* first = man_.db.get();
   ASSERT_NE(nullptr, first);
   EXPECT_EQ(1, man_.Open());
@@ -23,13 +23,13 @@ TEST_F(ConnectionTest, OpenReplacesTheConnectionAndCloseClearsIt) {
   man_.Close();  // twice is harmless
 }
 
-TEST_F(ConnectionTest, OpenFailsForAPathThatCannotBeOpened) {
+TEST_F(DbManTest, OpenFailsForAPathThatCannotBeOpened) {
   man_.dbPath = image_.Path("/no/such/dir/x.db").c_str();
   EXPECT_EQ(0, man_.Open());
   EXPECT_EQ(nullptr, man_.db.get());
 }
 
-TEST_F(ConnectionTest, QueryReportsSqliteMessage) {
+TEST_F(DbManTest, QueryReportsSqliteMessage) {
   char good[] = "CREATE TABLE extra(x); INSERT INTO extra VALUES(1)";
   EXPECT_EQ(1, man_.Query(good));
   EXPECT_EQ(1, Int("SELECT x FROM extra"));
@@ -39,7 +39,7 @@ TEST_F(ConnectionTest, QueryReportsSqliteMessage) {
   EXPECT_EQ("DB: error no such table: nowhere\n", out.Finish());
 }
 
-TEST_F(ConnectionTest, QueryWithoutConnectionFails) {
+TEST_F(DbManTest, QueryWithoutConnectionFails) {
   man_.Close();
   char sql[] = "SELECT 1";
   StdoutCapture out;
@@ -47,7 +47,7 @@ TEST_F(ConnectionTest, QueryWithoutConnectionFails) {
   EXPECT_EQ(0u, out.Finish().find("DB: error "));
 }
 
-TEST_F(ConnectionTest, PrepareStepAndReadColumns) {
+TEST_F(DbManTest, PrepareStepAndReadColumns) {
   Exec(
       "INSERT INTO album(pfix,album_id,album_title,disp_order) VALUES('s',1,'One',1),"
       "('s',2,NULL,2)");
@@ -64,7 +64,7 @@ TEST_F(ConnectionTest, PrepareStepAndReadColumns) {
   EXPECT_EQ(nullptr, man_.stmt.get());
 }
 
-TEST_F(ConnectionTest, PrepareDoesNotReportACompileFailureButPrepareV2Does) {
+TEST_F(DbManTest, PrepareDoesNotReportACompileFailureButPrepareV2Does) {
   EXPECT_EQ(SQLITE_OK, man_.Prepare("SELECT missing FROM nowhere"));
   EXPECT_EQ(nullptr, man_.stmt.get());
   EXPECT_EQ(SQLITE_ERROR, man_.Prepare_V2("SELECT missing FROM nowhere"));
@@ -74,14 +74,14 @@ TEST_F(ConnectionTest, PrepareDoesNotReportACompileFailureButPrepareV2Does) {
   EXPECT_EQ(7, man_.Column_Int(0));
 }
 
-TEST_F(ConnectionTest, CloseFinalizesAPreparedStatement) {
+TEST_F(DbManTest, CloseFinalizesAPreparedStatement) {
   ASSERT_EQ(SQLITE_OK, man_.Prepare_V2("SELECT * FROM song"));
   man_.Close();
   EXPECT_EQ(nullptr, man_.stmt.get());
   EXPECT_EQ(nullptr, man_.db.get());
 }
 
-TEST_F(ConnectionTest, CheckTableHasFieldAndAddField) {
+TEST_F(DbManTest, CheckTableHasFieldAndAddField) {
   StatementLog log(man_.db.get());
   EXPECT_EQ(1, man_.CheckTable("song"));
   EXPECT_EQ("SELECT COUNT(*) FROM sqlite_master WHERE type='table' and name='song'", log.last());
@@ -100,13 +100,13 @@ TEST_F(ConnectionTest, CheckTableHasFieldAndAddField) {
   EXPECT_EQ("DB: error duplicate column name: rating\n", out.Finish());
 }
 
-TEST_F(ConnectionTest, HasFieldIgnoresQuotesAndWhiteSpace) {
+TEST_F(DbManTest, HasFieldIgnoresQuotesAndWhiteSpace) {
   Exec("CREATE TABLE odd (`a b`\tTEXT, 'quoted'\r\n  INTEGER)");
   EXPECT_TRUE(man_.HasField("odd", "ab", "TEXT"));
   EXPECT_TRUE(man_.HasField("odd", "quoted", "INTEGER"));
 }
 
-TEST_F(ConnectionTest, TheDestructorClosesTheConnection) {
+TEST_F(DbManTest, TheDestructorClosesTheConnection) {
   std::string db = DbFile();
   {
     TDBSongMan other;
@@ -121,7 +121,7 @@ TEST_F(ConnectionTest, TheDestructorClosesTheConnection) {
 }
 
 // Another process holds a write lock while an insert runs.
-TEST_F(ConnectionTest, AnInsertWaitsForAShortLock) {
+TEST_F(DbManTest, AnInsertWaitsForAShortLock) {
   LockHolder holder(image_, DbFile(), "BEGIN IMMEDIATE;", 500);
   ASSERT_TRUE(holder.WaitUntilHeld());
   SongInfo info;
@@ -134,7 +134,7 @@ TEST_F(ConnectionTest, AnInsertWaitsForAShortLock) {
   EXPECT_EQ("waited", Text("SELECT song_title FROM song"));
 }
 
-TEST_F(ConnectionTest, AnInsertGivesUpOnALongLock) {
+TEST_F(DbManTest, AnInsertGivesUpOnALongLock) {
   LockHolder holder(image_, DbFile(), "BEGIN IMMEDIATE;", 1500);
   ASSERT_TRUE(holder.WaitUntilHeld());
   SongInfo info;
@@ -145,50 +145,6 @@ TEST_F(ConnectionTest, AnInsertGivesUpOnALongLock) {
   EXPECT_EQ("DB: error database is locked\nError! :AddSong2", out.Finish());
   EXPECT_EQ(0, holder.Join());
   EXPECT_EQ(0, Int("SELECT COUNT(*) FROM song"));
-}
-
-// SimpleDB ----------------------------------------------------------------
-
-TEST_F(ConnectionTest, SimpleDBReadsRowsUntilTheCallbackStops) {
-  Exec("INSERT INTO album(album_id) VALUES(1),(2),(3)");
-  SimpleDB db;
-  ASSERT_EQ(0, db.open(image_.SongRoot().c_str(), nullptr));
-  int rows = 0;
-  EXPECT_EQ(SQLITE_DONE, db.read("SELECT album_id FROM album", [&rows](sqlite3_stmt*) {
-    ++rows;
-    return 0;
-  }));
-  EXPECT_EQ(3, rows);
-  rows = 0;
-  EXPECT_EQ(SQLITE_ROW, db.read("SELECT album_id FROM album", [&rows](sqlite3_stmt*) {
-    ++rows;
-    return 1;
-  }));
-  EXPECT_EQ(1, rows);
-  EXPECT_EQ(SQLITE_ERROR, db.read("SELECT * FROM nowhere", [](sqlite3_stmt*) { return 0; }));
-  db.close();
-  EXPECT_EQ(1, db.read("SELECT 1", [](sqlite3_stmt*) { return 0; }));
-}
-
-TEST_F(ConnectionTest, SimpleDBOpensDirPlusName) {
-  std::string dir = image_.Path("/tmp/");
-  ExecOn(dir + "other.db", "CREATE TABLE t(x); INSERT INTO t VALUES(42)");
-  SimpleDB db;
-  ASSERT_EQ(0, db.open(dir.c_str(), "other.db"));
-  int value = 0;
-  db.read("SELECT x FROM t", [&value](sqlite3_stmt* row) {
-    value = sqlite3_column_int(row, 0);
-    return 1;
-  });
-  EXPECT_EQ(42, value);
-}
-
-TEST_F(ConnectionTest, SimpleDBRefusesOverlongPathsAndMissingDirectories) {
-  SimpleDB db;
-  std::string dir = image_.Path("/tmp/") + std::string(300, 'd') + "/";
-  EXPECT_EQ(-1, db.open(dir.c_str(), nullptr));
-  EXPECT_EQ(-1, db.open(nullptr, nullptr));
-  EXPECT_EQ(-1, db.open(image_.Path("/no/such/dir/").c_str(), nullptr));
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 #include <list>
 #include <string>
 
-#include "db/catalogue_fixture.h"
+#include "support/catalogue_fixture.h"
 #include "support/stdout_capture.h"
 
 namespace zansong_test {
@@ -527,29 +527,6 @@ TEST_F(QueryTest, FailedListsNameThemselves) {
     StdoutCapture out;
     EXPECT_EQ(0, c.call()) << c.message;
     EXPECT_EQ(c.message, out.Finish());
-  }
-}
-
-TEST(SongInfoTest, StartsEmpty) {
-  SongInfo info;
-  EXPECT_EQ(0, info.title.Length());
-  EXPECT_EQ(0, info.albumPath.Length());
-  EXPECT_EQ(0, info.coverartPath.Length());
-}
-
-TEST(GetPrefixTest, MapsCategoriesExactly) {
-  const std::vector<std::pair<const char*, const char*>> cases = {{"Recorded Songs", "r"},
-                                                                  {"rec", "i"},
-                                                                  {"Downloaded Songs", "y"},
-                                                                  {"FromToPC", "f"},
-                                                                  {"preset", "d"},
-                                                                  {"recorded songs", "s"},
-                                                                  {"User", "s"},
-                                                                  {"Recorded Songs ", "s"},
-                                                                  {"", "s"}};
-  for (const auto& c : cases) {
-    TSString category(c.first);
-    EXPECT_EQ(std::string(c.second), getprefix(category).c_str()) << c.first;
   }
 }
 

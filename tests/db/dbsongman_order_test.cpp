@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "db/catalogue_fixture.h"
+#include "support/catalogue_fixture.h"
 #include "support/stdout_capture.h"
 
 namespace zansong_test {

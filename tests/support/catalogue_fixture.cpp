@@ -1,4 +1,4 @@
-#include "db/catalogue_fixture.h"
+#include "support/catalogue_fixture.h"
 
 #include <fcntl.h>
 #include <sys/wait.h>

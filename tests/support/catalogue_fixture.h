@@ -2,8 +2,8 @@
 // internal song root of a fresh device image, direct SQL access to a
 // catalogue file, a log of the statements a connection runs, and a second
 // process that holds a lock on a catalogue for a while.
-#ifndef ZANSONG_TESTS_DB_CATALOGUE_FIXTURE_H_
-#define ZANSONG_TESTS_DB_CATALOGUE_FIXTURE_H_
+#ifndef ZANSONG_TESTS_SUPPORT_CATALOGUE_FIXTURE_H_
+#define ZANSONG_TESTS_SUPPORT_CATALOGUE_FIXTURE_H_
 
 #include <sqlite3.h>
 #include <sys/types.h>
@@ -84,4 +84,4 @@ class CatalogueTest : public DeviceTest {
 
 }  // namespace zansong_test
 
-#endif  // ZANSONG_TESTS_DB_CATALOGUE_FIXTURE_H_
+#endif  // ZANSONG_TESTS_SUPPORT_CATALOGUE_FIXTURE_H_

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "db/catalogue_fixture.h"
+#include "support/catalogue_fixture.h"
 #include "zansong/fileman/song_count.h"
 
 namespace zansong_test {
