@@ -9,8 +9,8 @@
 #include <list>
 #include <string>
 
+#include "common/process.h"
 #include "support/device_image.h"
-#include "zansong/common/process.h"
 #include "zansong/db.h"
 
 namespace {

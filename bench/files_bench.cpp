@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <string>
 
-#include "zansong/common/process.h"
+#include "common/process.h"
 #include "zansong/fileman/messages.h"
 #include "zansong/storage/files.h"
 

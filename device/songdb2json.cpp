@@ -18,18 +18,27 @@
 #include <cstring>
 #include <iostream>
 #include <map>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <string>
-
-#include "zansong/common/sysroot.h"
-#include "zansong/db/sqlite_owner.h"
 
 namespace {
 
 using json = nlohmann::ordered_json;
 
 constexpr int kBusyTimeoutMs = 1000;
+// The internal catalogue of the instrument, below the system root.
+constexpr char kInternalCatalogue[] = "/usr/local/songs/.zansong.db";
+
+struct CloseConnection {
+  void operator()(sqlite3* db) const { sqlite3_close_v2(db); }
+};
+struct FinalizeStatement {
+  void operator()(sqlite3_stmt* stmt) const { sqlite3_finalize(stmt); }
+};
+using Connection = std::unique_ptr<sqlite3, CloseConnection>;
+using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
 // A failed read of the catalogue: SQLite's message.
 struct ReadError {
@@ -68,7 +77,7 @@ class Catalogue {
   bool ForEachRow(const std::string& sql, F onRow) {
     sqlite3_stmt* raw = nullptr;
     int rc = sqlite3_prepare_v2(db_.get(), sql.c_str(), -1, &raw, nullptr);
-    zansong::SqliteStatement stmt(raw);
+    Statement stmt(raw);
     if (rc == SQLITE_OK && raw != nullptr) {
       while ((rc = sqlite3_step(raw)) == SQLITE_ROW) onRow(raw);
     }
@@ -89,7 +98,7 @@ class Catalogue {
 
  private:
   std::string path_;
-  zansong::SqliteConnection db_;
+  Connection db_;
   std::string error_;
   std::map<std::string, std::set<std::string>> columns_;
 };
@@ -167,18 +176,18 @@ int Usage() {
 
 int main(int argc, char** argv) {
   std::string path;
+  std::string root;
   for (int i = 1; i < argc; ++i) {
     if (std::strcmp(argv[i], "-u") == 0 && i + 1 < argc) {
       path = argv[++i];
     } else if (std::strcmp(argv[i], "--root") == 0 && i + 1 < argc) {
-      FM_SetSystemRoot(argv[++i]);
+      root = argv[++i];
     } else {
       return Usage();
     }
   }
-  if (path.empty()) {
-    path = zansong::DevicePathFor(zansong::DevicePath::kSongRoot) + ".zansong.db";
-  }
+  while (!root.empty() && root.back() == '/') root.pop_back();
+  if (path.empty()) path = root + kInternalCatalogue;
 
   Catalogue catalogue(path);
   json doc = {{"albums", json::array()}, {"songs", json::array()}, {"playlists", json::array()}};

@@ -1,4 +1,5 @@
-// Text and containers: TSString, string lists, conversions, system root, external programs.
+// Text and containers: TSString, string lists, conversions, time strings, the
+// system root.
 #ifndef ZANSONG_COMMON_H_
 #define ZANSONG_COMMON_H_
 
@@ -6,7 +7,6 @@
 #include "zansong/common/convert.h"
 #include "zansong/common/file_util.h"
 #include "zansong/common/path.h"
-#include "zansong/common/process.h"
 #include "zansong/common/string_list.h"
 #include "zansong/common/sysroot.h"
 #include "zansong/common/time_man.h"

@@ -1,5 +1,4 @@
-// Song catalogue: connection, schema, records and queries, display order,
-// grouped writes.
+// Song catalogue: connection, schema, records and queries, display order.
 #ifndef ZANSONG_DB_H_
 #define ZANSONG_DB_H_
 
@@ -7,7 +6,5 @@
 #include "zansong/db/dbsongman.h"
 #include "zansong/db/simpledb.h"
 #include "zansong/db/songinfo.h"
-#include "zansong/db/sqlite_owner.h"
-#include "zansong/db/write_batch.h"
 
 #endif  // ZANSONG_DB_H_

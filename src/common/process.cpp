@@ -1,4 +1,4 @@
-#include "zansong/common/process.h"
+#include "common/process.h"
 
 #include <fcntl.h>
 #include <spawn.h>

@@ -1,4 +1,7 @@
+// The system root and the fixed paths of the device below it.
 #include "zansong/common/sysroot.h"
+
+#include "common/device_path.h"
 
 #include <cstring>
 

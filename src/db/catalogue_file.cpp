@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "common/device_path.h"
+#include "common/process.h"
 #include "db/sql.h"
-#include "zansong/common/process.h"
-#include "zansong/common/sysroot.h"
 #include "zansong/db/dbman.h"
 
 using zansong::DevicePath;
@@ -118,7 +118,9 @@ int TDBMan::InitDB(char const* dir) {
 
   std::string path = dbPath.c_str();
   if (Exists(path)) {
-    CatalogueState state = InspectCatalogue(path.c_str(), db);
+    zansong::SqliteConnection opened;
+    CatalogueState state = InspectCatalogue(path.c_str(), opened);
+    db = opened.release();  // the upgrade below runs on it; Close() ends it
     if (state == CatalogueState::kUnusable) {
       Close();
       return 0;

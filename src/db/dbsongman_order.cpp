@@ -9,10 +9,10 @@
 #include <unordered_map>
 #include <vector>
 
+#include "db/batched_order.h"
 #include "db/prefix.h"
 #include "db/sql.h"
 #include "zansong/db/dbsongman.h"
-#include "zansong/db/write_batch.h"
 
 using zansong::FormatSql;
 using zansong::IsPlaylistPrefix;
@@ -38,7 +38,7 @@ constexpr int kUnknownOrder = std::numeric_limits<int>::min();
 // incomplete) when the statement fails.
 bool ReadCurrentOrders(TDBSongMan& man, const char* table, CurrentOrders& orders) {
   SqlText sql = FormatSql("SELECT %q_id,disp_order FROM %q", table, table);
-  return zansong::ForEachRow(man.db.get(), sql.get(), [&orders](sqlite3_stmt* row) {
+  return zansong::ForEachRow(man.db, sql.get(), [&orders](sqlite3_stmt* row) {
     int key = sqlite3_column_int(row, 0);
     // Only an integer is the value an update would write.
     int order =
@@ -100,7 +100,7 @@ int TDBSongMan::GetMaxOrder(int id, char const* prefix) {
           : (id != 0 ? FormatSql("SELECT MAX(disp_order) FROM song WHERE album_id = %d", id)
                      : FormatSql("SELECT MAX(disp_order) FROM album WHERE pfix = '%q'",
                                  TextOrEmpty(prefix)));
-  return zansong::ReadFirstInt(db.get(), sql.get(), 0);
+  return zansong::ReadFirstInt(db, sql.get(), 0);
 }
 
 int TDBSongMan::SetOrder(char const* table, int id, int order) {
@@ -126,7 +126,7 @@ int TDBSongMan::CheckOrder(int id, char const* prefix) {
                              TextOrEmpty(prefix)));
   int previous = 0;
   bool sound = true;
-  bool done = zansong::ForEachRow(db.get(), sql.get(), [&](sqlite3_stmt* row) {
+  bool done = zansong::ForEachRow(db, sql.get(), [&](sqlite3_stmt* row) {
     int order = sqlite3_column_int(row, 0);
     if (order <= previous) sound = false;
     previous = order;
@@ -171,25 +171,32 @@ int TDBSongMan::ReOrder(int id, char const* prefix) {
   return ok;
 }
 
-int TDBSongMan::SortSongByPath(char const* pfix) { return SortSongByPath(pfix, nullptr); }
-
-int TDBSongMan::SortSongByPath(char const* pfix, WriteBatch* batch) {
-  std::list<std::string> entries;
-  int ok = GetSongPathList2(entries, pfix);
-  if (ok) ok = RenumberByPath(*this, "song", entries, batch);
-  if (!ok) PrintFunctionError("ReOrder");
-  return ok;
+int TDBSongMan::SortSongByPath(char const* pfix) {
+  return zansong::SortSongByPath(*this, pfix, nullptr);
 }
 
 int TDBSongMan::ResetAlbumOrderAndPath(char const* root, char const* pfix) {
-  return ResetAlbumOrderAndPath(root, pfix, nullptr);
+  return zansong::ResetAlbumOrderAndPath(*this, root, pfix, nullptr);
 }
 
-int TDBSongMan::ResetAlbumOrderAndPath(char const* /*root*/, char const* pfix, WriteBatch* batch) {
-  // Only the order is rewritten; the album paths stay as stored.
+namespace zansong {
+
+int SortSongByPath(TDBSongMan& man, char const* pfix, WriteBatch* batch) {
   std::list<std::string> entries;
-  int ok = GetAlbumPathList2(entries, pfix);
-  if (ok) ok = RenumberByPath(*this, "album", entries, batch);
+  int ok = man.GetSongPathList2(entries, pfix);
+  if (ok) ok = RenumberByPath(man, "song", entries, batch);
   if (!ok) PrintFunctionError("ReOrder");
   return ok;
 }
+
+int ResetAlbumOrderAndPath(TDBSongMan& man, char const* /*root*/, char const* pfix,
+                           WriteBatch* batch) {
+  // Only the order is rewritten; the album paths stay as stored.
+  std::list<std::string> entries;
+  int ok = man.GetAlbumPathList2(entries, pfix);
+  if (ok) ok = RenumberByPath(man, "album", entries, batch);
+  if (!ok) PrintFunctionError("ReOrder");
+  return ok;
+}
+
+}  // namespace zansong

@@ -44,7 +44,7 @@ std::string CacheFormat(const std::string& format) {
 
 int TDBSongMan::GetAlbumIDByPath(char const* path) {
   SqlText sql = FormatSql("SELECT album_id FROM album WHERE album_path='%q'", TextOrEmpty(path));
-  return ReadFirstInt(db.get(), sql.get(), 0);
+  return ReadFirstInt(db, sql.get(), 0);
 }
 
 int TDBSongMan::GetIDByTitle(char const* table, char const* title, char const* prefix) {
@@ -53,13 +53,13 @@ int TDBSongMan::GetIDByTitle(char const* table, char const* title, char const* p
                            ? "SELECT %q_id FROM %q WHERE %q_title='%q' AND ppfix='%q'"
                            : "SELECT %q_id FROM %q WHERE %q_title='%q' AND pfix='%q'";
   SqlText sql = FormatSql(format, t, t, t, TextOrEmpty(title), TextOrEmpty(prefix));
-  return ReadFirstInt(db.get(), sql.get(), 0);
+  return ReadFirstInt(db, sql.get(), 0);
 }
 
 int TDBSongMan::GetSongIDByFieldname(char const* field, char const* value, char const* pfix) {
   SqlText sql = FormatSql("SELECT song_id FROM song WHERE %q='%q' and pfix='%q'",
                           TextOrEmpty(field), TextOrEmpty(value), TextOrEmpty(pfix));
-  return ReadFirstInt(db.get(), sql.get(), 0);
+  return ReadFirstInt(db, sql.get(), 0);
 }
 
 int TDBSongMan::GetSongIDByFilenameAndMtime(char const* albumDir, char const* name,
@@ -74,7 +74,7 @@ int TDBSongMan::GetSongIDByFilenameAndMtime(char const* albumDir, char const* na
               : "SELECT song_id FROM song WHERE (midi_path LIKE '%%/Single Songs/%q.___' or "
                 "audio_path LIKE '%%/Single Songs/%q.___')   and mtime='%q' and pfix='%q'";
     SqlText sql = FormatSql(format, n, n, m, p);
-    return ReadFirstInt(db.get(), sql.get(), 0);
+    return ReadFirstInt(db, sql.get(), 0);
   }
   const char* format =
       newer ? "SELECT song_id FROM song WHERE (midi_path LIKE '%%/%q/%q.___' or audio_path "
@@ -82,7 +82,7 @@ int TDBSongMan::GetSongIDByFilenameAndMtime(char const* albumDir, char const* na
             : "SELECT song_id FROM song WHERE (midi_path LIKE '%%/%q/%q.___' or audio_path "
               "LIKE '%%/%q/%q.___')   and mtime='%q' and pfix='%q'";
   SqlText sql = FormatSql(format, albumDir, n, albumDir, n, m, p);
-  return ReadFirstInt(db.get(), sql.get(), 0);
+  return ReadFirstInt(db, sql.get(), 0);
 }
 
 TSString TDBSongMan::GetTextByID(char const* table, char const* field, int id) {
@@ -90,7 +90,7 @@ TSString TDBSongMan::GetTextByID(char const* table, char const* field, int id) {
   SqlText sql = FormatSql("SELECT %q FROM %q WHERE %q_id = %d", TextOrEmpty(field), t, t, id);
   std::string text;
   bool first = true;
-  ForEachRow(db.get(), sql.get(), [&](sqlite3_stmt* row) {
+  ForEachRow(db, sql.get(), [&](sqlite3_stmt* row) {
     if (first) text = ColumnString(row, 0);
     first = false;
   });
@@ -100,19 +100,19 @@ TSString TDBSongMan::GetTextByID(char const* table, char const* field, int id) {
 int TDBSongMan::GetIntByID(char const* table, char const* field, int id) {
   const char* t = TextOrEmpty(table);
   SqlText sql = FormatSql("SELECT %q FROM %q WHERE %q_id = %d", TextOrEmpty(field), t, t, id);
-  return ReadFirstInt(db.get(), sql.get(), 0);
+  return ReadFirstInt(db, sql.get(), 0);
 }
 
 int TDBSongMan::GetMaxInt(char const* table, char const* field) {
   SqlText sql = FormatSql("SELECT MAX(%q) FROM %q ", TextOrEmpty(field), TextOrEmpty(table));
-  return ReadFirstInt(db.get(), sql.get(), 0);
+  return ReadFirstInt(db, sql.get(), 0);
 }
 
 int TDBSongMan::GetAlbumCount(char const* prefix) {
   SqlText sql = IsPlaylistPrefix(prefix) ? FormatSql("SELECT COUNT(*) FROM playlist")
                                          : FormatSql("SELECT COUNT(*) FROM album WHERE pfix = '%q'",
                                                      TextOrEmpty(prefix));
-  return ReadFirstInt(db.get(), sql.get(), 0);
+  return ReadFirstInt(db, sql.get(), 0);
 }
 
 int TDBSongMan::GetSongCount(int id, char const* prefix) {
@@ -122,7 +122,7 @@ int TDBSongMan::GetSongCount(int id, char const* prefix) {
                     : (id != 0 ? FormatSql("SELECT COUNT(*) FROM song WHERE album_id = %d", id)
                                : FormatSql("SELECT COUNT(*) FROM song WHERE pfix = '%q'",
                                            TextOrEmpty(prefix)));
-  return ReadFirstInt(db.get(), sql.get(), 0);
+  return ReadFirstInt(db, sql.get(), 0);
 }
 
 int TDBSongMan::GetSongData(int songId, SongInfo* info) {
@@ -131,7 +131,7 @@ int TDBSongMan::GetSongData(int songId, SongInfo* info) {
       "genre FROM song WHERE song_id = %d",
       songId);
   bool found = false;
-  bool done = ForEachRow(db.get(), sql.get(), [&](sqlite3_stmt* row) {
+  bool done = ForEachRow(db, sql.get(), [&](sqlite3_stmt* row) {
     if (found || info == nullptr) return;
     found = true;
     info->title = ColumnString(row, 0).c_str();
@@ -313,7 +313,7 @@ int TDBSongMan::GetIDList(std::list<int>& ids, int id, char const* prefix) {
                  ? FormatSql("SELECT song_id FROM song WHERE album_id = %d order by disp_order", id)
                  : FormatSql("SELECT album_id FROM album  WHERE pfix = '%q' order by disp_order",
                              TextOrEmpty(prefix)));
-  return ReadList(db.get(), sql, "GetIDList",
+  return ReadList(db, sql, "GetIDList",
                   [&ids](sqlite3_stmt* row) { ids.push_back(sqlite3_column_int(row, 0)); });
 }
 
@@ -322,7 +322,7 @@ int TDBSongMan::GetSongIDList(std::list<int>& ids, int id, bool playlist) {
       playlist
           ? FormatSql("SELECT song_id FROM psong WHERE playlist_id = %d order by disp_order", id)
           : FormatSql("SELECT song_id FROM song WHERE album_id = %d order by disp_order", id);
-  return ReadList(db.get(), sql, "GetSongIDList",
+  return ReadList(db, sql, "GetSongIDList",
                   [&ids](sqlite3_stmt* row) { ids.push_back(sqlite3_column_int(row, 0)); });
 }
 
@@ -330,7 +330,7 @@ int TDBSongMan::GetPSongIDPfixList(std::list<std::string>& pfixes, std::list<int
                                    int playlistId) {
   SqlText sql = FormatSql(
       "SELECT pfix,song_id FROM psong WHERE playlist_id = %d order by disp_order", playlistId);
-  return ReadList(db.get(), sql, "GetPSongIDPfixList", [&](sqlite3_stmt* row) {
+  return ReadList(db, sql, "GetPSongIDPfixList", [&](sqlite3_stmt* row) {
     pfixes.push_back(ColumnString(row, 0));
     songIds.push_back(sqlite3_column_int(row, 1));
   });
@@ -338,7 +338,7 @@ int TDBSongMan::GetPSongIDPfixList(std::list<std::string>& pfixes, std::list<int
 
 int TDBSongMan::GetAlbumPathList(std::list<std::string>& paths, char const* pfix) {
   SqlText sql = FormatSql("SELECT album_path FROM album WHERE pfix = '%q'", TextOrEmpty(pfix));
-  return ReadList(db.get(), sql, "GetAlbumPathList",
+  return ReadList(db, sql, "GetAlbumPathList",
                   [&paths](sqlite3_stmt* row) { paths.push_back(ColumnString(row, 0)); });
 }
 
@@ -346,7 +346,7 @@ int TDBSongMan::GetAlbumPathList2(std::list<std::string>& entries, char const* p
   SqlText sql =
       FormatSql("SELECT album_path,album_id FROM album WHERE pfix = '%q'", TextOrEmpty(pfix));
   // Reported under the name of the song list, as the host has always seen it.
-  return ReadList(db.get(), sql, "GetSongPathList2", [&entries](sqlite3_stmt* row) {
+  return ReadList(db, sql, "GetSongPathList2", [&entries](sqlite3_stmt* row) {
     entries.push_back(ColumnString(row, 0) + "\t" + std::to_string(sqlite3_column_int(row, 1)));
   });
 }
@@ -356,7 +356,7 @@ int TDBSongMan::GetSongPathList(std::list<std::string>& entries, char const* pfi
                           TextOrEmpty(pfix));
   // Downloaded songs are compared without their modification time.
   bool withMtime = std::strcmp(TextOrEmpty(pfix), "y") != 0;
-  return ReadList(db.get(), sql, "GetSongPathList", [&](sqlite3_stmt* row) {
+  return ReadList(db, sql, "GetSongPathList", [&](sqlite3_stmt* row) {
     std::string entry = ColumnString(row, 0) + "\t" + ColumnString(row, 1) + "\t" +
                         CacheFormat(ColumnString(row, 2)) + "\t";
     if (withMtime) entry += ColumnString(row, 3);
@@ -376,13 +376,13 @@ void AppendSongPathEntry(std::list<std::string>& entries, sqlite3_stmt* row) {
 int TDBSongMan::GetSongPathList2(std::list<std::string>& entries, char const* pfix) {
   SqlText sql = FormatSql("SELECT midi_path,audio_path,song_id FROM song WHERE pfix = '%q'",
                           TextOrEmpty(pfix));
-  return ReadList(db.get(), sql, "GetSongPathList2",
+  return ReadList(db, sql, "GetSongPathList2",
                   [&entries](sqlite3_stmt* row) { AppendSongPathEntry(entries, row); });
 }
 
 int TDBSongMan::GetSongPathList3(std::list<std::string>& entries, int albumId) {
   SqlText sql =
       FormatSql("SELECT midi_path,audio_path,song_id FROM song WHERE album_id = %d", albumId);
-  return ReadList(db.get(), sql, "GetSongPathList2",
+  return ReadList(db, sql, "GetSongPathList2",
                   [&entries](sqlite3_stmt* row) { AppendSongPathEntry(entries, row); });
 }

@@ -9,7 +9,7 @@
 #include <functional>
 #include <string>
 
-#include "zansong/db/sqlite_owner.h"
+#include "db/sqlite_owner.h"
 
 namespace zansong {
 

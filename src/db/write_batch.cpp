@@ -1,5 +1,5 @@
 // WriteBatch: short transactions around a run of catalogue writes.
-#include "zansong/db/write_batch.h"
+#include "db/write_batch.h"
 
 #include <sqlite3.h>
 
@@ -14,12 +14,12 @@ constexpr int kCommitTries = 5;
 }  // namespace
 
 bool WriteBatch::InTransaction() const {
-  sqlite3* db = man_.db.get();
+  sqlite3* db = man_.db;
   return db != nullptr && sqlite3_get_autocommit(db) == 0;
 }
 
 void WriteBatch::BeforeWrite() {
-  sqlite3* db = man_.db.get();
+  sqlite3* db = man_.db;
   if (db == nullptr || InTransaction()) return;
   // A failure leaves the connection in autocommit mode: the write that
   // follows then runs, and fails, exactly as it would on its own.
@@ -35,7 +35,7 @@ void WriteBatch::AfterWrite() {
 }
 
 void WriteBatch::Commit() {
-  sqlite3* db = man_.db.get();
+  sqlite3* db = man_.db;
   // Each try waits up to the busy timeout for readers to let go.
   for (int i = 0; i < kCommitTries && InTransaction(); ++i) {
     sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr);

@@ -9,11 +9,11 @@
 #include <utility>
 #include <vector>
 
+#include "common/device_path.h"
+#include "db/batched_order.h"
 #include "fileman/register_song.h"
 #include "zansong/async/cancel.h"
-#include "zansong/common/sysroot.h"
 #include "zansong/db/dbsongman.h"
-#include "zansong/db/write_batch.h"
 #include "zansong/fileman/messages.h"
 #include "zansong/fileman/register.h"
 #include "zansong/storage/files.h"
@@ -199,8 +199,8 @@ void Registration::AddSongs(const Lines& fresh) {
 }
 
 void Registration::Renumber(const TSString& folder) {
-  man_.ResetAlbumOrderAndPath(folder.c_str(), prefix_.c_str(), &batch_);
-  man_.SortSongByPath(prefix_.c_str(), &batch_);
+  zansong::ResetAlbumOrderAndPath(man_, folder.c_str(), prefix_.c_str(), &batch_);
+  zansong::SortSongByPath(man_, prefix_.c_str(), &batch_);
   batch_.Commit();
 }
 

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <sys/statfs.h>
 
+#include "storage/disk_free_text.h"
 #include "zansong/common/tsstring.h"
 #include "zansong/storage/files.h"
 

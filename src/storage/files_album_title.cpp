@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "common/handles.h"
-#include "zansong/common/process.h"
+#include "common/process.h"
 #include "zansong/storage/files.h"
 
 namespace {

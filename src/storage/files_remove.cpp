@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "common/handles.h"
+#include "common/process.h"
 #include "zansong/common/file_util.h"
 #include "zansong/common/path.h"
-#include "zansong/common/process.h"
 #include "zansong/storage/files.h"
 
 namespace {

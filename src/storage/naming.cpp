@@ -13,6 +13,7 @@
 #include <ctime>
 
 #include "common/handles.h"
+#include "storage/enterable_dir.h"
 #include "zansong/common/path.h"
 #include "zansong/storage/files.h"
 

@@ -9,7 +9,7 @@
 #include <cstring>
 #include <string>
 
-#include "zansong/common/process.h"
+#include "common/process.h"
 #include "zansong/storage/files.h"
 #include "zansong/storage/package.h"
 

@@ -1,4 +1,4 @@
-#include "zansong/common/sysroot.h"
+#include "common/device_path.h"
 
 #include <gtest/gtest.h>
 

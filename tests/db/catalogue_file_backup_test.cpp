@@ -4,9 +4,9 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "common/process.h"
 #include "support/catalogue_fixture.h"
 #include "support/stdout_capture.h"
-#include "zansong/common/process.h"
 
 namespace zansong_test {
 namespace {

@@ -5,9 +5,9 @@
 
 #include <string>
 
+#include "common/process.h"
 #include "support/catalogue_fixture.h"
 #include "support/stdout_capture.h"
-#include "zansong/common/process.h"
 
 namespace zansong_test {
 namespace {
@@ -51,7 +51,7 @@ TEST_F(DeviceTest, InitDBCreatesACatalogueFromTheSchemaScript) {
   EXPECT_EQ(root + ".zansong.db", man.dbPath.c_str());
   EXPECT_EQ("", std::string(man.usbDbPath.c_str()));
   EXPECT_TRUE(HasTables(root + ".zansong.db"));
-  EXPECT_EQ(nullptr, man.db.get()) << "InitDB leaves the connection closed";
+  EXPECT_EQ(nullptr, man.db) << "InitDB leaves the connection closed";
 }
 
 TEST_F(DeviceTest, InitDBAddsTheFinalSlashToAnOrdinaryDirectory) {

@@ -14,19 +14,19 @@ namespace {
 using DbManTest = CatalogueTest;
 
 TEST_F(DbManTest, OpenReplacesTheConnectionAndCloseClearsIt) {
-  sqlite3* first = man_.db.get();
+  sqlite3* first = man_.db;
   ASSERT_NE(nullptr, first);
   EXPECT_EQ(1, man_.Open());
-  EXPECT_NE(nullptr, man_.db.get());
+  EXPECT_NE(nullptr, man_.db);
   man_.Close();
-  EXPECT_EQ(nullptr, man_.db.get());
+  EXPECT_EQ(nullptr, man_.db);
   man_.Close();  // twice is harmless
 }
 
 TEST_F(DbManTest, OpenFailsForAPathThatCannotBeOpened) {
   man_.dbPath = image_.Path("/no/such/dir/x.db").c_str();
   EXPECT_EQ(0, man_.Open());
-  EXPECT_EQ(nullptr, man_.db.get());
+  EXPECT_EQ(nullptr, man_.db);
 }
 
 TEST_F(DbManTest, QueryReportsSqliteMessage) {
@@ -61,12 +61,12 @@ TEST_F(DbManTest, PrepareStepAndReadColumns) {
   EXPECT_EQ(SQLITE_OK, man_.Reset());
   EXPECT_EQ(SQLITE_ROW, man_.Step());
   EXPECT_EQ(SQLITE_OK, man_.Finalize());
-  EXPECT_EQ(nullptr, man_.stmt.get());
+  EXPECT_EQ(nullptr, man_.stmt);
 }
 
 TEST_F(DbManTest, PrepareDoesNotReportACompileFailureButPrepareV2Does) {
   EXPECT_EQ(SQLITE_OK, man_.Prepare("SELECT missing FROM nowhere"));
-  EXPECT_EQ(nullptr, man_.stmt.get());
+  EXPECT_EQ(nullptr, man_.stmt);
   EXPECT_EQ(SQLITE_ERROR, man_.Prepare_V2("SELECT missing FROM nowhere"));
   EXPECT_STREQ("no such table: nowhere", man_.ErrMsg());
   EXPECT_EQ(SQLITE_OK, man_.Prepare_V2("SELECT 7"));
@@ -77,12 +77,12 @@ TEST_F(DbManTest, PrepareDoesNotReportACompileFailureButPrepareV2Does) {
 TEST_F(DbManTest, CloseFinalizesAPreparedStatement) {
   ASSERT_EQ(SQLITE_OK, man_.Prepare_V2("SELECT * FROM song"));
   man_.Close();
-  EXPECT_EQ(nullptr, man_.stmt.get());
-  EXPECT_EQ(nullptr, man_.db.get());
+  EXPECT_EQ(nullptr, man_.stmt);
+  EXPECT_EQ(nullptr, man_.db);
 }
 
 TEST_F(DbManTest, CheckTableHasFieldAndAddField) {
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   EXPECT_EQ(1, man_.CheckTable("song"));
   EXPECT_EQ("SELECT COUNT(*) FROM sqlite_master WHERE type='table' and name='song'", log.last());
   EXPECT_EQ(0, man_.CheckTable("nothing"));

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "db/batched_order.h"
 #include "support/catalogue_fixture.h"
 #include "support/stdout_capture.h"
 
@@ -39,7 +40,7 @@ class SequenceTest : public CatalogueTest {
 };
 
 TEST_F(SequenceTest, GetMaxOrderOfEachSequence) {
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   EXPECT_EQ(0, man_.GetMaxOrder(1, "s"));  // an empty album: its first song gets 1
   EXPECT_EQ("SELECT MAX(disp_order) FROM song WHERE album_id = 1", log.last());
   EXPECT_EQ(0, man_.GetMaxOrder(0, "s"));
@@ -55,7 +56,7 @@ TEST_F(SequenceTest, GetMaxOrderOfEachSequence) {
 
 TEST_F(SequenceTest, SetOrderRunsItsStatementAndReportsFailure) {
   ThreeAlbums();
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   EXPECT_EQ(1, man_.SetOrder("album", 2, 8));
   EXPECT_EQ("UPDATE album SET disp_order = 8 WHERE album_id =2", log.last());
   EXPECT_EQ(8, man_.GetIntByID("album", "disp_order", 2));
@@ -66,7 +67,7 @@ TEST_F(SequenceTest, SetOrderRunsItsStatementAndReportsFailure) {
 
 TEST_F(SequenceTest, CheckOrderAcceptsGapsButNotRepeatsOrZero) {
   ThreeSongs();
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   EXPECT_EQ(1, man_.CheckOrder(1, "s"));
   EXPECT_EQ("SELECT disp_order FROM song WHERE album_id = 1 order by disp_order", log.last());
   man_.SetOrder("song", 2, 3);
@@ -84,7 +85,7 @@ TEST_F(SequenceTest, CheckOrderAcceptsGapsButNotRepeatsOrZero) {
 TEST_F(SequenceTest, CheckOrderReadsEachSequence) {
   ThreeAlbums();
   ThreeEntries();
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   EXPECT_EQ(1, man_.CheckOrder(0, "s"));
   EXPECT_EQ("SELECT disp_order FROM album  WHERE pfix = 's' order by disp_order", log.last());
   EXPECT_EQ(1, man_.CheckOrder(0, "p"));
@@ -100,7 +101,7 @@ TEST_F(SequenceTest, CheckOrderReadsEachSequence) {
 TEST_F(SequenceTest, MovingASongToTheFrontLeavesAHoleThatReOrderCloses) {
   ThreeSongs();
   std::list<int> moved = {2};
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   EXPECT_EQ(1, man_.ChangeOrder(moved, 1, "s", 1));
   EXPECT_EQ("UPDATE song SET disp_order = disp_order + 1 WHERE disp_order > 0 and album_id = 1",
             log.statements().front());
@@ -122,7 +123,7 @@ TEST_F(SequenceTest, MovingSongsPastTheLastPosition) {
 TEST_F(SequenceTest, ChangeOrderWithAnEmptyListShiftsNothing) {
   ThreeSongs();
   std::list<int> none;
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   EXPECT_EQ(1, man_.ChangeOrder(none, 1, "s", 2));
   EXPECT_EQ(
       (std::vector<std::string>{
@@ -134,7 +135,7 @@ TEST_F(SequenceTest, ChangeOrderWithAnEmptyListShiftsNothing) {
 TEST_F(SequenceTest, MovingAlbumsOnlyTouchesTheirPrefix) {
   ThreeAlbums();
   std::list<int> moved = {3};
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   EXPECT_EQ(1, man_.ChangeOrder(moved, 0, "s", 1));
   EXPECT_EQ("UPDATE album SET disp_order = disp_order + 1 WHERE disp_order > 0 and pfix = 's'",
             log.statements().front());
@@ -146,7 +147,7 @@ TEST_F(SequenceTest, MovingAlbumsOnlyTouchesTheirPrefix) {
 TEST_F(SequenceTest, MovingPlaylists) {
   ThreePlaylists();
   std::list<int> moved = {1};
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   EXPECT_EQ(1, man_.ChangeOrder(moved, 0, "p", 4));
   EXPECT_EQ("UPDATE playlist SET disp_order = disp_order + 1 WHERE disp_order > 3",
             log.statements().front());
@@ -158,7 +159,7 @@ TEST_F(SequenceTest, MovingPlaylists) {
 TEST_F(SequenceTest, MovingPlaylistEntries) {
   ThreeEntries();
   std::list<int> moved = {3, 2};
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   EXPECT_EQ(1, man_.ChangeOrder(moved, 1, "l", 1));
   EXPECT_EQ("UPDATE psong SET disp_order = disp_order + 2 WHERE disp_order > 0 and playlist_id = 1",
             log.statements().front());
@@ -237,13 +238,13 @@ TEST_F(SequenceTest, RenumberingASortedSequenceAgainWritesNothing) {
   AddSongTo("A", "A/1.mid");
   EXPECT_EQ(1, man_.ResetAlbumOrderAndPath("/", "s"));
   EXPECT_EQ(1, man_.SortSongByPath("s"));
-  const int changes = sqlite3_total_changes(man_.db.get());
-  StatementLog log(man_.db.get());
+  const int changes = sqlite3_total_changes(man_.db);
+  StatementLog log(man_.db);
   StdoutCapture out;
   EXPECT_EQ(1, man_.ResetAlbumOrderAndPath("/", "s"));
   EXPECT_EQ(1, man_.SortSongByPath("s"));
   EXPECT_EQ("", out.Finish());
-  EXPECT_EQ(changes, sqlite3_total_changes(man_.db.get()));
+  EXPECT_EQ(changes, sqlite3_total_changes(man_.db));
   EXPECT_EQ(0, Updates(log));
   EXPECT_EQ("2:1 1:2", Orders("album"));
   EXPECT_EQ("2:1 1:2", Orders("song"));
@@ -253,7 +254,7 @@ TEST_F(SequenceTest, RenumberingWritesOnlyTheRowsThatMove) {
   AddAlbum("A");
   for (const char* path : {"A/1.mid", "A/2.mid", "A/4.mid"}) AddSongTo("A", path);
   AddSongTo("A", "A/3.mid");  // song 4, order 4, belongs third
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   EXPECT_EQ(1, man_.SortSongByPath("s"));
   EXPECT_EQ((std::vector<std::string>{"UPDATE song SET disp_order = 3 WHERE song_id =4",
                                       "UPDATE song SET disp_order = 4 WHERE song_id =3"}),
@@ -268,7 +269,7 @@ TEST_F(SequenceTest, RenumberingRewritesAPositionThatIsNotAnInteger) {
   AddSongTo("A", "A/2.mid");
   Exec("UPDATE song SET disp_order = 2.5 WHERE song_id = 2");  // reads as 2 with column_int
   Exec("UPDATE song SET disp_order = NULL WHERE song_id = 1");
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   EXPECT_EQ(1, man_.SortSongByPath("s"));
   EXPECT_EQ(2, Updates(log));
   EXPECT_EQ("integer integer", Text("SELECT group_concat(typeof(disp_order), ' ') FROM song"));
@@ -281,14 +282,14 @@ TEST_F(SequenceTest, RenumberingInsideABatchCommitsWithTheBatch) {
   AddSongTo("A", "A/1.mid");
   {
     zansong::WriteBatch batch(man_);
-    EXPECT_EQ(1, man_.ResetAlbumOrderAndPath("/", "s", &batch));
-    EXPECT_EQ(1, man_.SortSongByPath("s", &batch));
+    EXPECT_EQ(1, zansong::ResetAlbumOrderAndPath(man_, "/", "s", &batch));
+    EXPECT_EQ(1, zansong::SortSongByPath(man_, "s", &batch));
     // Still one open transaction: another connection sees the old orders.
-    EXPECT_EQ(0, sqlite3_get_autocommit(man_.db.get()));
+    EXPECT_EQ(0, sqlite3_get_autocommit(man_.db));
     EXPECT_EQ(3, man_.GetIntByID("album", "disp_order", 1));
     EXPECT_EQ(1, Int("SELECT disp_order FROM album WHERE album_id = 1"));
     batch.Commit();
-    EXPECT_NE(0, sqlite3_get_autocommit(man_.db.get()));
+    EXPECT_NE(0, sqlite3_get_autocommit(man_.db));
   }
   EXPECT_EQ("3:1 2:2 1:3", Orders("album"));
   EXPECT_EQ("2:1 1:2", Orders("song"));
@@ -304,7 +305,7 @@ TEST_F(SequenceTest, RenumberingInsideABatchReportsAFailedUpdateAsAlone) {
       "BEGIN SELECT RAISE(ABORT, 'stuck'); END");
   zansong::WriteBatch batch(man_);
   StdoutCapture out;
-  EXPECT_EQ(0, man_.SortSongByPath("s", &batch));
+  EXPECT_EQ(0, zansong::SortSongByPath(man_, "s", &batch));
   EXPECT_EQ("DB: error stuck\nError! :SetOrderError! :ReOrder", out.Finish());
   batch.Commit();
   EXPECT_EQ("1:1 3:10 2:20", Orders("song"));

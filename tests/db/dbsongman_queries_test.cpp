@@ -15,7 +15,7 @@ namespace {
 using QueryTest = CatalogueTest;
 
 TEST_F(QueryTest, GetMaxIntOfAnEmptyTableIsZeroSoTheFirstKeyIsOne) {
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   EXPECT_EQ(0, man_.GetMaxInt("song", "song_id"));
   EXPECT_EQ("SELECT MAX(song_id) FROM song ", log.last());
   EXPECT_EQ(1, AddSongTo("A", "A/x.mid"));
@@ -25,7 +25,7 @@ TEST_F(QueryTest, GetMaxIntOfAnEmptyTableIsZeroSoTheFirstKeyIsOne) {
 }
 
 TEST_F(QueryTest, CreateAlbumRunsItsStatements) {
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   EXPECT_EQ(1, man_.CreateAlbum("It's", "User/It's", "c.jpg", "s"));
   std::vector<std::string> expected = {
       "SELECT album_id FROM album WHERE album_path='User/It''s'",
@@ -79,7 +79,7 @@ TEST_F(QueryTest, AddSongRunsItsStatementsAndWritesEveryColumn) {
   info.coverartPath = "cover.jpg";
   info.length = 321;
   char ctime[] = "2020/01/01 00:00:00";
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   EXPECT_EQ(1, man_.AddSong(&info, ctime, "s"));
   std::vector<std::string> expected = {
       "SELECT MAX(song_id) FROM song ", "SELECT album_id FROM album WHERE album_path='User/A'",
@@ -131,7 +131,7 @@ TEST_F(QueryTest, AddSong2UsesTheGivenKeysAndReportsFailure) {
 }
 
 TEST_F(QueryTest, CreatePlaylistRunsItsStatements) {
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   EXPECT_EQ(1, man_.CreatePlaylist("Mine", "p"));
   std::vector<std::string> expected = {
       "SELECT MAX(playlist_id) FROM playlist ", "SELECT MAX(disp_order) FROM playlist",
@@ -154,7 +154,7 @@ TEST_F(QueryTest, CreatePlaylistReturnsTheNewKeyEvenWhenTheInsertFails) {
 }
 
 TEST_F(QueryTest, AddToPlaylistRunsItsStatements) {
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   EXPECT_EQ(1, man_.AddToPlaylist(3, 8, "p", "s"));
   std::vector<std::string> expected = {
       "SELECT MAX(psong_id) FROM psong ", "SELECT MAX(disp_order) FROM psong WHERE playlist_id = 3",
@@ -169,7 +169,7 @@ TEST_F(QueryTest, SingleValueReadsRunTheirStatements) {
   AddAlbum("User/A");
   AddSongTo("User/A", "User/A/a.mid");
   man_.CreatePlaylist("List", "p");
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
 
   EXPECT_EQ(1, man_.GetIDByTitle("album", "User/A", "s"));
   EXPECT_EQ("SELECT album_id FROM album WHERE album_title='User/A' AND pfix='s'", log.last());
@@ -215,7 +215,7 @@ TEST_F(QueryTest, GetSongIDByFilenameAndMtimeMatchesAnyExtension) {
   info.mtime = "2020/01/01 10:00:00";
   char ctime[] = "";
   int id = man_.AddSong(&info, ctime, "s");
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   EXPECT_EQ(id,
             man_.GetSongIDByFilenameAndMtime("Album", "Song", "2020/01/01 10:00:00", "s", false));
   EXPECT_EQ(
@@ -240,7 +240,7 @@ TEST_F(QueryTest, GetSongIDByFilenameAndMtimeWithoutAlbumLooksInSingleSongs) {
   info.mtime = "m";
   char ctime[] = "";
   int id = man_.AddSong(&info, ctime, "y");
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   EXPECT_EQ(id, man_.GetSongIDByFilenameAndMtime("", "It's", "m", "y", false));
   EXPECT_EQ(
       "SELECT song_id FROM song WHERE (midi_path LIKE '%/Single Songs/It''s.___' or audio_path "
@@ -291,7 +291,7 @@ TEST_F(QueryTest, GetSongDataFillsItsFieldsOnly) {
   info.albumPath = "kept";
   info.purchasedDate = "kept";
   info.coverartPath = "kept";
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   ASSERT_EQ(1, man_.GetSongData(3, &info));
   EXPECT_EQ(
       "SELECT song_title,midi_path,audio_path,format,mtime,length,sync_id,performer,composer,"
@@ -320,7 +320,7 @@ TEST_F(QueryTest, GetSongDataReportsAFailedStatement) {
 TEST_F(QueryTest, UpdatesRunTheirStatements) {
   AddAlbum("A");
   AddSongTo("A", "A/1.mid");
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
   SongInfo info;
   info.title = "N";
   info.length = 7;
@@ -379,7 +379,7 @@ TEST_F(QueryTest, DeletesRunTheirStatements) {
   man_.CreatePlaylist("P", "p");
   for (int song = 1; song <= 3; ++song) man_.AddToPlaylist(1, song, "p", "s");
   man_.AddToPlaylist(1, 77, "p", "s");  // refers to no song
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
 
   EXPECT_EQ(1, man_.DeletePsongByAlbum(1, "s"));
   EXPECT_EQ(
@@ -421,7 +421,7 @@ TEST_F(QueryTest, IdListsFollowTheDisplayOrder) {
   man_.SetOrder("playlist", 1, 9);
   man_.AddToPlaylist(2, 2, "p", "s");
   man_.AddToPlaylist(2, 1, "p", "f");
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
 
   std::list<int> ids;
   EXPECT_EQ(1, man_.GetIDList(ids, 0, "s"));
@@ -477,7 +477,7 @@ TEST_F(QueryTest, PathListsJoinTheirFieldsWithTabs) {
   info.midiPath = "";
   info.audioPath = "User/B/3.mp3";
   man_.AddSong(&info, ctime, "y");
-  StatementLog log(man_.db.get());
+  StatementLog log(man_.db);
 
   std::list<std::string> list;
   EXPECT_EQ(1, man_.GetAlbumPathList(list, "s"));

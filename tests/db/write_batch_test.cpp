@@ -1,5 +1,5 @@
 // Grouping catalogue writes into short transactions.
-#include "zansong/db/write_batch.h"
+#include "db/write_batch.h"
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
@@ -17,7 +17,7 @@ using zansong::WriteBatch;
 
 class WriteBatchTest : public CatalogueTest {
  protected:
-  bool InTransaction() { return sqlite3_get_autocommit(man_.db.get()) == 0; }
+  bool InTransaction() { return sqlite3_get_autocommit(man_.db) == 0; }
   // Albums as another connection sees them.
   int AlbumsSeenOutside() { return Int("SELECT COUNT(*) FROM album"); }
 };

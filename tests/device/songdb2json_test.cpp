@@ -4,8 +4,8 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "common/process.h"
 #include "support/catalogue_fixture.h"
-#include "zansong/common/process.h"
 
 namespace zansong_test {
 namespace {

@@ -7,6 +7,7 @@
 #include <climits>
 #include <string>
 
+#include "storage/disk_free_text.h"
 #include "support/device_image.h"
 #include "zansong/storage/files.h"
 

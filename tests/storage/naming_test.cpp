@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "storage/enterable_dir.h"
 #include "support/child_process.h"
 #include "support/device_image.h"
 

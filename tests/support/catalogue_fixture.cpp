@@ -7,7 +7,7 @@
 #include <chrono>
 #include <thread>
 
-#include "zansong/common/process.h"
+#include "common/process.h"
 
 namespace zansong_test {
 

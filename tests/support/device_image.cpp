@@ -8,7 +8,7 @@
 #include <iterator>
 #include <sstream>
 
-#include "zansong/common/process.h"
+#include "common/process.h"
 #include "zansong/common/sysroot.h"
 
 namespace zansong_test {

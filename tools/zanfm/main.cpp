@@ -6,16 +6,18 @@
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <cstdio>
+#include <filesystem>
 #include <iostream>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "zanfm/catalogue_view.h"
+#include "zanfm/host_paths.h"
 #include "zanfm/message_view.h"
+#include "zanfm/programs.h"
 #include "zanfm/sample_library.h"
 #include "zansong/async/cancel.h"
-#include "zansong/common/process.h"
 #include "zansong/common/sysroot.h"
 #include "zansong/db/dbman.h"
 #include "zansong/fileman/register.h"
@@ -53,16 +55,11 @@ std::string Describe(int result) {
   }
 }
 
-// The storage root: the internal song root, or the stick `usb`.
-std::string StorageRoot(const std::string& usb) {
-  if (usb.empty()) return zansong::DevicePathFor(zansong::DevicePath::kSongRoot);
-  std::string base = zansong::DevicePathFor(zansong::DevicePath::kUsbMountBase);
-  return base.substr(0, base.size() - 2) + usb + "/";
-}
+using zanfm::StorageRoot;
 
 bool LayOutImage(const std::string& dir) {
-  return zansong::RunProgram(
-             {ZANSONG_MAKE_IMAGE, dir, "--songdb2json", ZANSONG_SONGDB2JSON_PROGRAM}) == 0;
+  return zanfm::RunCommand(
+             {zanfm::MakeImageScript(), dir, "--songdb2json", zanfm::Songdb2jsonProgram()}) == 0;
 }
 
 int Register(const Options& o, const std::string& usb) {
@@ -115,7 +112,8 @@ int Demo(Options o) {
   FM_SetSystemRoot(real);
   const std::string internal = StorageRoot("");
   const std::string stick = StorageRoot("sda1");
-  if (::access(stick.c_str(), F_OK) != 0) zansong::RunProgram({"mkdir", "-p", stick});
+  std::error_code ignored;
+  std::filesystem::create_directories(stick, ignored);
   std::cout << "== Writing a sample library to the internal storage and the stick sda1\n";
   if (!zanfm::WriteSampleLibrary(internal, false) || !zanfm::WriteSampleLibrary(stick, true)) {
     return Fail("cannot write the sample library");
@@ -150,7 +148,7 @@ int Demo(Options o) {
   // usbdb_backup writes the export for a stick only, so it holds the
   // catalogue of the stick registered last.
   std::cout << "\nJSON export of the stick's catalogue, as the web page reads it: "
-            << zansong::DevicePathFor(zansong::DevicePath::kJsonExport) << "\n";
+            << zanfm::JsonExportPath() << "\n";
   return 0;
 }
 

@@ -5,11 +5,28 @@
 #include <cstdio>
 #include <thread>
 
-#include "common/handles.h"
-
 namespace zanfm {
 
 namespace {
+
+// Owns a file descriptor (-1 for none) and closes it.
+class Descriptor {
+ public:
+  explicit Descriptor(int fd) : fd_(fd) {}
+  ~Descriptor() { Close(); }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  bool valid() const { return fd_ >= 0; }
+  int get() const { return fd_; }
+  void Close() {
+    if (fd_ >= 0) ::close(fd_);
+    fd_ = -1;
+  }
+
+ private:
+  int fd_;
+};
 
 // The value of attribute name in an XML line, "" when absent.
 std::string Attribute(const std::string& line, const std::string& name) {
@@ -89,9 +106,9 @@ int RunShowingMessages(bool raw, const std::function<int()>& fn) {
   std::fflush(stdout);
   int fds[2];
   if (::pipe(fds) != 0) return fn();
-  zansong::FileDescriptor readEnd(fds[0]);
-  zansong::FileDescriptor writeEnd(fds[1]);
-  zansong::FileDescriptor saved(::dup(STDOUT_FILENO));
+  Descriptor readEnd(fds[0]);
+  Descriptor writeEnd(fds[1]);
+  Descriptor saved(::dup(STDOUT_FILENO));
   if (!saved.valid() || ::dup2(writeEnd.get(), STDOUT_FILENO) < 0) return fn();
   writeEnd.Close();
   std::thread reader(Render, readEnd.get(), saved.get(), raw);

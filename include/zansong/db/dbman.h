@@ -25,6 +25,9 @@
 //   - with no file, the schema script makes one.
 // Creating returns the result of CreateDB.
 //
+// The manager owns db and stmt: Close(), Open(), Prepare*, Finalize() and
+// the destructor finalize and close what they replace or end.
+//
 // Open() closes any open connection, opens dbPath and sets a busy timeout
 // of 1000 ms; 1 on success, 0 otherwise (the failed handle is closed).
 // Query(sql) runs statements that return no rows: 1, or 0 after printing
@@ -57,7 +60,9 @@
 #define ZANSONG_DB_DBMAN_H_
 
 #include "zansong/common/tsstring.h"
-#include "zansong/db/sqlite_owner.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
 
 class TDBMan {
  public:
@@ -86,10 +91,14 @@ class TDBMan {
   int CreateDB();
   int VacuumDB();
 
-  zansong::SqliteConnection db;   // null when closed
-  zansong::SqliteStatement stmt;  // the statement of Prepare/Step
-  TSString dbPath;                // the file that Open opens
-  TSString usbDbPath;             // stick file of the working copy, or ""
+  sqlite3* db;         // null when closed
+  sqlite3_stmt* stmt;  // the statement of Prepare/Step, or null
+  TSString dbPath;     // the file that Open opens
+  TSString usbDbPath;  // stick file of the working copy, or ""
+
+ private:
+  // Finalizes stmt, if any, and clears it.
+  void FinishStatement();
 };
 
 void db_vacuum(char* dir);

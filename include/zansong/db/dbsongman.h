@@ -38,9 +38,8 @@
 // as one run; ResetAlbumOrderAndPath numbers the albums of a prefix by
 // album_path.  Both also read the current positions of the table and do
 // not write a row that already holds its new position, so renumbering a
-// sequence that is in order writes nothing.  Their forms with a WriteBatch
-// run each update inside the batch's transaction (the caller commits);
-// with nullptr each update commits on its own.
+// sequence that is in order writes nothing.  Each update commits on its
+// own.
 #ifndef ZANSONG_DB_DBSONGMAN_H_
 #define ZANSONG_DB_DBSONGMAN_H_
 
@@ -50,10 +49,6 @@
 #include "zansong/common/tsstring.h"
 #include "zansong/db/dbman.h"
 #include "zansong/db/songinfo.h"
-
-namespace zansong {
-class WriteBatch;
-}  // namespace zansong
 
 class TDBSongMan : public TDBMan {
  public:
@@ -111,9 +106,7 @@ class TDBSongMan : public TDBMan {
   int ChangeOrder(std::list<int>& ids, int id, char const* prefix, int pos);
   int ReOrder(int id, char const* prefix);
   int SortSongByPath(char const* pfix);
-  int SortSongByPath(char const* pfix, zansong::WriteBatch* batch);
   int ResetAlbumOrderAndPath(char const* root, char const* pfix);
-  int ResetAlbumOrderAndPath(char const* root, char const* pfix, zansong::WriteBatch* batch);
 };
 
 #endif  // ZANSONG_DB_DBSONGMAN_H_

@@ -16,11 +16,13 @@
 
 #include <functional>
 
-#include "zansong/db/sqlite_owner.h"
+struct sqlite3;
+struct sqlite3_stmt;
 
 class SimpleDB {
  public:
   SimpleDB() = default;
+  ~SimpleDB();
   SimpleDB(const SimpleDB&) = delete;
   SimpleDB& operator=(const SimpleDB&) = delete;
 
@@ -29,7 +31,7 @@ class SimpleDB {
   void close();
 
  private:
-  zansong::SqliteConnection db_;
+  sqlite3* db_ = nullptr;  // owned; null when closed
 };
 
 #endif  // ZANSONG_DB_SIMPLEDB_H_

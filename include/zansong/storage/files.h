@@ -131,16 +131,6 @@ long long GetDiskSize(const char* dir);
 // The free space of dir as a text for the screen: DiskFreeText of it.
 TSString GetDiskFreeString(const char* dir);
 
-namespace zansong {
-
-// The free-space text for a byte count: "x.x GB" (FormatFloat "2.1" of
-// bytes / 2^30, negative values shown as 0) from 1073741824 bytes up,
-// "xxx.x MB" ("3.1" of bytes / 2^20) from 1048576 up, else "xxx.x KB"
-// ("3.1" of bytes / 1024).  The thresholds apply to the magnitude.
-TSString DiskFreeText(long long freeBytes);
-
-}  // namespace zansong
-
 // ---- Digest and times ----
 
 // The MD5 digest of the file's contents as 32 lower-case hex digits.  When

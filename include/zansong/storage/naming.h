@@ -118,13 +118,4 @@ int GetCopyFileNames(const TSString& srcDir, const TSString& dstDir, const TSStr
                      TSString& srcAudio, TSString& dstName, TSString& dstAudio,
                      const TSString& format);
 
-namespace zansong {
-
-// 1 when path names an existing directory that this process may enter
-// (search permission), else 0.  Tests a directory without changing the
-// working directory.
-int IsEnterableDir(const char* path);
-
-}  // namespace zansong
-
 #endif  // ZANSONG_STORAGE_NAMING_H_

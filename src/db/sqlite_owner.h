@@ -6,8 +6,8 @@
 // statement owner is declared after the connection owner (members are
 // destroyed in reverse order).  Closing uses sqlite3_close_v2, so a
 // statement that is still alive never makes the close fail.
-#ifndef ZANSONG_DB_SQLITE_OWNER_H_
-#define ZANSONG_DB_SQLITE_OWNER_H_
+#ifndef ZANSONG_SRC_DB_SQLITE_OWNER_H_
+#define ZANSONG_SRC_DB_SQLITE_OWNER_H_
 
 #include <memory>
 
@@ -28,4 +28,4 @@ using SqliteStatement = std::unique_ptr<sqlite3_stmt, SqliteFinalizer>;
 
 }  // namespace zansong
 
-#endif  // ZANSONG_DB_SQLITE_OWNER_H_
+#endif  // ZANSONG_SRC_DB_SQLITE_OWNER_H_

@@ -25,8 +25,8 @@
 //
 // A WriteBatch refers to the manager's connection and must not outlive it.
 // Single-threaded, as the manager is.
-#ifndef ZANSONG_DB_WRITE_BATCH_H_
-#define ZANSONG_DB_WRITE_BATCH_H_
+#ifndef ZANSONG_SRC_DB_WRITE_BATCH_H_
+#define ZANSONG_SRC_DB_WRITE_BATCH_H_
 
 #include <chrono>
 
@@ -62,4 +62,4 @@ class WriteBatch {
 
 }  // namespace zansong
 
-#endif  // ZANSONG_DB_WRITE_BATCH_H_
+#endif  // ZANSONG_SRC_DB_WRITE_BATCH_H_

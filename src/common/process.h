@@ -17,8 +17,8 @@
 //
 // SyncFileSystems() flushes the file systems (sync), as the library does
 // after each change to a catalogue or song file.
-#ifndef ZANSONG_COMMON_PROCESS_H_
-#define ZANSONG_COMMON_PROCESS_H_
+#ifndef ZANSONG_SRC_COMMON_PROCESS_H_
+#define ZANSONG_SRC_COMMON_PROCESS_H_
 
 #include <string>
 #include <vector>
@@ -32,4 +32,4 @@ void SyncFileSystems();
 
 }  // namespace zansong
 
-#endif  // ZANSONG_COMMON_PROCESS_H_
+#endif  // ZANSONG_SRC_COMMON_PROCESS_H_
