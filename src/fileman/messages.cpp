@@ -4,6 +4,7 @@
 
 #include "zanmsg.h"
 #include "zansong/common/tsstring.h"
+#include "zansong/result_codes.h"
 
 namespace {
 
@@ -21,7 +22,6 @@ constexpr const char* kLabelKeys[] = {
     "MSG_COMMON_RECORD",
     "MSG_COMMON_ERROR",
 };
-constexpr int kErrorLabel = 10;
 
 // One row of the message table.  The row number is also the (negated)
 // result code of the failure the message explains.  A waiting row is a
@@ -75,6 +75,8 @@ constexpr MessageRow kMessageRows[] = {
     {"", false},
 };
 constexpr int kMessageRowCount = sizeof(kMessageRows) / sizeof(kMessageRows[0]);
+static_assert(kMessageRowCount == kMsgRowCount, "one row for every message number");
+static_assert(sizeof(kLabelKeys) / sizeof(kLabelKeys[0]) == kLabelError + 1, "one key per label");
 
 // Buttons, by index: none, OK, Cancel.
 constexpr const char* kButtonKeys[] = {"", "MSG_COMMON_OK", "MSG_COMMON_CANCEL"};
@@ -100,7 +102,9 @@ const MessageRow& Row(int message) {
 
 // The messages shown under the error label whatever label was asked for.
 bool ShownAsError(int message) {
-  return message == 14 || message == 27 || message == 30 || message == 32 || message == 36;
+  return message == kMsgUsbWriteProtected || message == kMsgLimitSongs999 ||
+         message == kMsgLimitAlbums || message == kMsgLimitSongs4999 ||
+         message == kMsgLimitPlaylists;
 }
 
 const char* Text(const char* key) { return msg_getXmlMsg(key); }
@@ -162,17 +166,18 @@ void PrintXmlMessageBox(int label, int message, int, int) {
 
 void PrintErrorMessage(int label, int code) {
   int message = -code;
-  if (message < 1 || message > 41) {
+  // -41, one past the last row, is accepted and shows the empty row.
+  if (message < 1 || message > kMsgRowCount) {
     PrintClearMessage();
     return;
   }
-  if (ShownAsError(message)) label = kErrorLabel;
+  if (ShownAsError(message)) label = kLabelError;
   PrintXmlMessageBox(label, message, 0, 0);
 }
 
 void PrintRemoconMessage(int message, int button) {
   const MessageRow& row = Row(message);
-  const char* label = ShownAsError(message) ? LabelKey(kErrorLabel) : "";
+  const char* label = ShownAsError(message) ? LabelKey(kLabelError) : "";
   PrintXmlMessageBox(Text(label), Text(row.key), Text(ButtonKey(button)), kButtonType,
                      row.wait ? kWait : "", 0);
 }

@@ -16,6 +16,8 @@
 #include "zansong/db/dbsongman.h"
 #include "zansong/fileman/messages.h"
 #include "zansong/fileman/register.h"
+#include "zansong/limits.h"
+#include "zansong/result_codes.h"
 #include "zansong/storage/files.h"
 #include "zansong/storage/scan.h"
 
@@ -26,7 +28,6 @@ namespace {
 
 using Lines = std::list<std::string>;
 
-constexpr int kMaxAlbums = 499;
 constexpr int kProgressStep = 200;
 // New songs are read from their files in rounds of about this long while
 // the write lock is free, then written in one short transaction.
@@ -35,12 +36,12 @@ constexpr int kReadRoundMs = 100;
 // The storage kind handed to the scan.
 int StorageKindOf(const char* root, const TSString& folder) {
   if (zansong::IsUsbStickRoot(root)) {
-    if (folder == "Recorded Songs") return 5;
-    if (folder == "Downloaded Songs") return 4;
-    if (folder == "FromToPC") return 3;
-    return 2;
+    if (folder == "Recorded Songs") return kStorageUsbRecorded;
+    if (folder == "Downloaded Songs") return kStorageUsbDownloaded;
+    if (folder == "FromToPC") return kStorageUsbFromToPC;
+    return kStorageUsb;
   }
-  return zansong::IsInternalSongRoot(root) ? 1 : 0;
+  return zansong::IsInternalSongRoot(root) ? kStorageInternal : kStorageOther;
 }
 
 // The current local time as ctime prints it, without the line end.
@@ -230,7 +231,7 @@ extern "C" int FM_Add_AllSongs_ByCache(const char* root, const char* folder, int
   const int kind = StorageKindOf(rootText.c_str(), folderText);
   TSString scanDir = rootText;
   if (folderText.Length() > 0) scanDir += folderText + "/";
-  PrintRemoconMessage(9, 2);
+  PrintRemoconMessage(kMsgScanning1, kButtonCancel);
 
   Lines albumDirs, songLines, looseSongLines;
   bool flag = false;
@@ -238,20 +239,20 @@ extern "C" int FM_Add_AllSongs_ByCache(const char* root, const char* folder, int
                             looseSongLines, kind, 0, &flag);
   // A scan that could not open a directory saw only part of the storage:
   // what it did not see must not be taken as gone.
-  const bool completeScan = ret != -1;
+  const bool completeScan = ret != kScanUnreadableDir;
 
-  if (ret == 0 && !(looseSongLines.empty() && kind == 1) && folderText != "Recorded Songs" &&
-      folderText != "Downloaded Songs") {
-    if (albumDirs.size() < static_cast<size_t>(kMaxAlbums)) {
+  if (ret == kScanOk && !(looseSongLines.empty() && kind == kStorageInternal) &&
+      folderText != "Recorded Songs" && folderText != "Downloaded Songs") {
+    if (albumDirs.size() < static_cast<size_t>(kAlbumLimit)) {
       TSString self = scanDir.SubString(rootText.Length() + 1);
       if (self.Length() > 0) self.SetLength(self.Length() - 1);
       albumDirs.push_back(self.c_str());
       songLines.splice(songLines.end(), looseSongLines);
     } else {
-      ret = -2;
+      ret = kScanStopped;
     }
   }
-  if (GetCancelFlag()) return -2;
+  if (GetCancelFlag()) return kScanStopped;
 
   albumDirs.sort();
   songLines.sort();
@@ -271,7 +272,7 @@ extern "C" int FM_Add_AllSongs_ByCache(const char* root, const char* folder, int
   Lines known;
   if (!man.GetAlbumPathList(known, prefix.c_str())) {
     man.Close();
-    return -2;
+    return kScanStopped;
   }
   known.sort();
   GetDiffCacheList(albumDirs, known);
@@ -286,7 +287,7 @@ extern "C" int FM_Add_AllSongs_ByCache(const char* root, const char* folder, int
     return ret;
   }
   work.Commit();
-  if (notifyRemote != 0) PrintRemoconMessage(11, 2);
+  if (notifyRemote != 0) PrintRemoconMessage(kMsgScanning3, kButtonCancel);
 
   known.clear();
   if (!man.GetSongPathList(known, prefix.c_str())) {

@@ -4,11 +4,10 @@
 #include <sqlite3.h>
 
 #include "zansong/db/simpledb.h"
+#include "zansong/limits.h"
 
 namespace {
 
-constexpr int kRecordedSongLimit = 999;
-constexpr int kPrefixSongLimit = 4999;
 constexpr int kStatementSize = 1024;
 
 // A row callback that stores column 0 of the first non-NULL row in *value

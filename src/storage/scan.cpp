@@ -17,10 +17,6 @@
 
 namespace {
 
-constexpr int kMaxAlbumDirs = 499;
-constexpr int kMaxAlbumSongs = 4999;
-constexpr int kMaxLooseSongs = 999;
-
 // What stays the same through one walk.
 struct Walk {
   int start;
@@ -46,12 +42,12 @@ TSString UpperExtension(const char* name) {
 
 // Special folders that a scan of a whole storage must not take as albums.
 bool IsExcludedDir(const Walk& walk, const TSString& rel) {
-  if (walk.storageKind == 2) {
+  if (walk.storageKind == kStorageUsb) {
     return StartsWith(rel, "Recorded Songs/") || StartsWith(rel, "Downloaded Songs/") ||
            StartsWith(rel, "FromToPC/");
   }
-  if (walk.storageKind == 1) {
-    // The root of kind 1 is the internal song root, so rel is the path
+  if (walk.storageKind == kStorageInternal) {
+    // The root of this kind is the internal song root, so rel is the path
     // below it.
     return StartsWith(rel, "rec/") || StartsWith(rel, "test/");
   }
@@ -107,12 +103,12 @@ int WalkDir(const Walk& walk, const TSString& dir, int level, std::list<std::str
   bool ignoredFlag;
   if (flag == nullptr) flag = &ignoredFlag;
   zansong::DirectoryHandle d(dir.c_str());
-  if (!d.valid()) return -1;
+  if (!d.valid()) return kScanUnreadableDir;
   *flag = level + 1 < walk.maxLevel;
   if (level + 1 >= walk.maxLevel) return 0;  // too deep: the contents are not listed
 
   std::vector<TSString> midis, audios;
-  int result = 0;
+  int result = kScanOk;
   d.ForEachEntry([&](const dirent& e) {
     *flag = false;
     TSString path = dir + e.d_name;
@@ -130,8 +126,8 @@ int WalkDir(const Walk& walk, const TSString& dir, int level, std::list<std::str
       }
       TSString line = GetSongCache(path, walk.start);
       if (line.Length() == 0) return true;
-      if (static_cast<int>(loose.size()) > kMaxLooseSongs - 1) {
-        result = -3;
+      if (static_cast<int>(loose.size()) > kAlbumSongLimit - 1) {
+        result = kScanTooManyLooseSongs;
         return false;
       }
       loose.push_back(ToStd(line));
@@ -148,36 +144,36 @@ int WalkDir(const Walk& walk, const TSString& dir, int level, std::list<std::str
     std::list<std::string> subLines;
     bool subFlag = false;
     int r = WalkDir(walk, path, level + 1, subLines, &subFlag);
-    if (r == -3 || r > 0) return true;
-    if (r != 0) {
+    if (r == kScanTooManyLooseSongs || r > 0) return true;
+    if (r != kScanOk) {
       result = r;
       return false;
     }
     if (subLines.empty() && !IsKeptRecorderDir(name) && !subFlag) return true;
-    if (static_cast<int>(walk.albumDirs->size()) > kMaxAlbumDirs - 1 ||
-        walk.songLines->size() + subLines.size() > static_cast<size_t>(kMaxAlbumSongs)) {
-      result = -2;
+    if (static_cast<int>(walk.albumDirs->size()) > kAlbumLimit - 1 ||
+        walk.songLines->size() + subLines.size() > static_cast<size_t>(kPrefixSongLimit)) {
+      result = kScanStopped;
       return false;
     }
     walk.albumDirs->push_back(ToStd(name));
     walk.songLines->splice(walk.songLines->end(), subLines);
     return true;
   });
-  if (result != 0) return result;
+  if (result != kScanOk) return result;
   d.Close();
 
   if (walk.pairInMemory) PairSongs(walk, midis, audios, loose);
-  return static_cast<int>(loose.size()) > kMaxLooseSongs ? -3 : 0;
+  return static_cast<int>(loose.size()) > kAlbumSongLimit ? kScanTooManyLooseSongs : kScanOk;
 }
 
 // Whether the lines of a walk carry the modification time.  Downloaded
 // songs are compared without it, as the catalogue lists them without it:
-// that holds for the downloaded area of a stick (kind 4) and for a walk that
+// that holds for the downloaded area of a stick and for a walk that
 // began in a "Downloaded Songs" folder of any storage.  The walk began level
 // directories above dir, so dir's path below the root names that folder
 // first when it has more than level components.
 bool LinesCarryTime(const char* dir, int start, int storageKind, int level) {
-  if (storageKind == 4) return false;
+  if (storageKind == kStorageUsbDownloaded) return false;
   const TSString rel = TSString(dir).SubString(start);
   int components = 0;
   TSString first;
@@ -201,7 +197,7 @@ int GetDirFileList4(const char* dir, int start, std::list<std::string>& albumDir
                     int storageKind, int level, bool* flag) {
   Walk walk{start,
             storageKind,
-            storageKind < 4 ? 4 : 3,
+            storageKind < kStorageUsbDownloaded ? 4 : 3,
             true,
             LinesCarryTime(dir, start, storageKind, level),
             &albumDirs,

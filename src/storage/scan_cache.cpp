@@ -72,7 +72,7 @@ TSString GetSongCache(TSString path, int start) {
 }
 
 TSString GetSongCache2(TSString midiPath, TSString audioPath, int start, int storageKind) {
-  return zansong::SongCacheLine(midiPath, audioPath, start, storageKind != 4);
+  return zansong::SongCacheLine(midiPath, audioPath, start, storageKind != kStorageUsbDownloaded);
 }
 
 void GetSongCacheList(TSString& root, std::list<std::string>& paths,

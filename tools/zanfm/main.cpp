@@ -21,6 +21,7 @@
 #include "zansong/common/sysroot.h"
 #include "zansong/db/dbman.h"
 #include "zansong/fileman/register.h"
+#include "zansong/result_codes.h"
 
 namespace {
 
@@ -44,11 +45,11 @@ int Fail(const std::string& message) {
 
 std::string Describe(int result) {
   switch (result) {
-    case -1:
+    case kScanUnreadableDir:
       return "a directory of the storage cannot be read";
-    case -2:
+    case kScanStopped:
       return "cancelled, or too many albums or songs on the storage";
-    case -3:
+    case kScanTooManyLooseSongs:
       return "too many songs directly in one directory";
     default:
       return "failed";

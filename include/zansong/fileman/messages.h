@@ -10,13 +10,15 @@
 //
 // Result codes and message rows share one numbering: an operation that
 // fails returns -n, where n is the row of the message that explains the
-// failure, and PrintErrorMessage(label, -n) shows that message.
-//
-// Labels (box titles), by index: 0 none, 1 copy, 2 delete, 3 playlist,
-// 4 change order, 5 rename, 6 download, 7 strip expression, 8 album,
-// 9 record, 10 error.  Buttons: 0 none, 1 OK, 2 Cancel.
+// failure, and PrintErrorMessage(label, -n) shows that message.  The rows,
+// the labels (box titles: none, copy, delete, playlist, change order,
+// rename, download, strip expression, album, record, error) and the
+// buttons (none, OK, Cancel) are named in zansong/result_codes.h (kMsg*,
+// kLabel*, kButton*).
 #ifndef ZANSONG_FILEMAN_MESSAGES_H_
 #define ZANSONG_FILEMAN_MESSAGES_H_
+
+#include "zansong/result_codes.h"
 
 // One message-box line:
 //   <set_msgbox type="exclusive" label="L" msg="M"[ button1="B"][ btn1_type="T"][ wait="yes"]

@@ -10,22 +10,25 @@
 // the modification time (GetModifyTime) of the MIDI file, or of the audio
 // file of an audio-only song.  Lines of downloaded songs leave the time out
 // and end with kind and a tab, as the catalogue's own lines for them do:
-// GetSongCache2 with storage kind 4, and the lines of a walk that began in
+// GetSongCache2 with kStorageUsbDownloaded, and the lines of a walk that began in
 // a "Downloaded Songs" folder of any storage.
 //
 // Relative paths are cut from full paths with SubString(path, start), where
 // start is the length of the root plus 1.
 //
-// Storage kinds (chosen by the caller from the root and folder):
-//   0 other, 1 internal song root, 2 USB stick, 3 USB "FromToPC",
-//   4 USB "Downloaded Songs", 5 USB "Recorded Songs".
+// Storage kinds (chosen by the caller from the root and folder): the
+// kStorage* constants below.
 //
-// Scan results:
-//    0  done;
-//   -1  a directory cannot be opened (at any depth: the whole scan stops);
-//   -2  more than 499 album directories or more than 4999 album songs;
-//   -3  1000 or more songs directly in one directory (a subdirectory that
-//       gives it is only dropped; at the top it is the scan's result).
+// Scan results (zansong/result_codes.h):
+//   kScanOk                 done;
+//   kScanUnreadableDir      a directory cannot be opened (at any depth: the
+//                           whole scan stops);
+//   kScanStopped            more than kAlbumLimit (499) album directories
+//                           or more than kPrefixSongLimit (4999) album songs;
+//   kScanTooManyLooseSongs  kAlbumSongLimit + 1 (1000) or more songs
+//                           directly in one directory (a subdirectory that
+//                           gives it is only dropped; at the top it is the
+//                           scan's result).
 // Nothing is printed.
 #ifndef ZANSONG_STORAGE_SCAN_H_
 #define ZANSONG_STORAGE_SCAN_H_
@@ -35,6 +38,16 @@
 #include <vector>
 
 #include "zansong/common/tsstring.h"
+#include "zansong/limits.h"
+#include "zansong/result_codes.h"
+
+// Storage kinds.
+constexpr int kStorageOther = 0;
+constexpr int kStorageInternal = 1;       // the internal song root
+constexpr int kStorageUsb = 2;            // a USB stick
+constexpr int kStorageUsbFromToPC = 3;    // its "FromToPC" folder
+constexpr int kStorageUsbDownloaded = 4;  // its "Downloaded Songs" folder
+constexpr int kStorageUsbRecorded = 5;    // its "Recorded Songs" folder
 
 // One entry of a plain directory listing.
 struct TDirFileName {
@@ -50,8 +63,8 @@ struct TDirFileName {
 // MP3 one.
 TSString GetSongCache(TSString path, int start);
 // The line for a pairing already known: midiPath "" for an audio-only
-// song, audioPath "" for a MIDI-only one (full paths).  With storageKind 4
-// the time is left out.
+// song, audioPath "" for a MIDI-only one (full paths).  With storageKind
+// kStorageUsbDownloaded the time is left out.
 TSString GetSongCache2(TSString midiPath, TSString audioPath, int start, int storageKind);
 // Appends to lines the GetSongCache line of each path of paths that gives
 // one, with start = length of root + 1.
@@ -62,9 +75,9 @@ void GetSongCacheList(TSString& root, std::list<std::string>& paths, std::list<s
 void GetDiffCacheList(std::list<std::string>& a, std::list<std::string>& b);
 
 // Scans the storage tree below dir (ending in "/"): songs are listed in dir
-// and in directories up to two levels below it (one level for storageKind 4
-// and 5); deeper directories are opened but not listed.  albumDirs receives the
-// album directories (relative paths, no final "/"), songLines the lines of
+// and in directories up to two levels below it (one level for
+// kStorageUsbDownloaded and kStorageUsbRecorded); deeper directories are opened but not listed.
+// albumDirs receives the album directories (relative paths, no final "/"), songLines the lines of
 // the songs inside them, and looseSongLines (cleared first) the lines of the
 // songs directly in dir.  A MIDI file and a ".WAV" or ".MP3" file of the
 // same name (case-sensitive) make one line.  Directories whose name begins
@@ -78,8 +91,8 @@ int GetDirFileList4(const char* dir, int start, std::list<std::string>& albumDir
                     std::list<std::string>& songLines, std::list<std::string>& looseSongLines,
                     int storageKind, int level, bool* flag);
 // The same walk (always two levels below dir), each song file turned
-// into a line at once with GetSongCache; -3 as soon as one directory gives
-// more than 999 lines.
+// into a line at once with GetSongCache; kScanTooManyLooseSongs as soon as
+// one directory gives more than kAlbumSongLimit lines.
 int GetDirFileList3(const char* dir, int start, std::list<std::string>& albumDirs,
                     std::list<std::string>& songLines, std::list<std::string>& looseSongLines,
                     int storageKind, int level, bool* flag);
