@@ -4,11 +4,11 @@
 #ifndef ZANSONG_ZANSONG_H_
 #define ZANSONG_ZANSONG_H_
 
+#include "zansong/async.h"
 #include "zansong/common.h"
 #include "zansong/db.h"
+#include "zansong/fileman.h"
 #include "zansong/formats.h"
 #include "zansong/storage.h"
-#include "zansong/fileman.h"
-#include "zansong/async.h"
 
 #endif  // ZANSONG_ZANSONG_H_

@@ -17,8 +17,10 @@
 #ifndef ZANSONG_ASYNC_CANCEL_H_
 #define ZANSONG_ASYNC_CANCEL_H_
 
-void ClearCancelFlag();
-void SetCancelFlag();
-bool GetCancelFlag();
+#include "zansong/export.h"
+
+ZANSONG_EXPORT void ClearCancelFlag();
+ZANSONG_EXPORT void SetCancelFlag();
+ZANSONG_EXPORT bool GetCancelFlag();
 
 #endif  // ZANSONG_ASYNC_CANCEL_H_

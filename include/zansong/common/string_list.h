@@ -27,8 +27,9 @@
 #include <vector>
 
 #include "zansong/common/tsstring.h"
+#include "zansong/export.h"
 
-class TSList {
+class ZANSONG_EXPORT TSList {
  public:
   TSList();
   ~TSList();
@@ -68,7 +69,7 @@ class TSList {
   int count_;
 };
 
-class TSStringList : public TSList {
+class ZANSONG_EXPORT TSStringList : public TSList {
  public:
   TSStringList();
   ~TSStringList();
@@ -93,7 +94,7 @@ class TSStringList : public TSList {
   void Print();
 };
 
-class TSStringVector {
+class ZANSONG_EXPORT TSStringVector {
  public:
   int Count() const { return static_cast<int>(strings_.size()); }
   // A copy of string i; i must be in 0..Count()-1.
@@ -118,6 +119,6 @@ class TSStringVector {
 // kept, a doubled double quote gives one, and a single one closes the
 // quoted part.  The last field is always appended, so the empty line gives
 // one empty field and a trailing comma a final empty field.
-void CSVToStrings(const TSString& line, TSStringList* fields);
+ZANSONG_EXPORT void CSVToStrings(const TSString& line, TSStringList* fields);
 
 #endif  // ZANSONG_COMMON_STRING_LIST_H_

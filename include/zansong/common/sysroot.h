@@ -10,9 +10,11 @@
 #ifndef ZANSONG_COMMON_SYSROOT_H_
 #define ZANSONG_COMMON_SYSROOT_H_
 
+#include "zansong/export.h"
+
 extern "C" {
-void FM_SetSystemRoot(const char* prefix);
-const char* FM_GetSystemRoot();
+ZANSONG_EXPORT void FM_SetSystemRoot(const char* prefix);
+ZANSONG_EXPORT const char* FM_GetSystemRoot();
 }
 
 #endif  // ZANSONG_COMMON_SYSROOT_H_

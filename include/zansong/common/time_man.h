@@ -8,11 +8,12 @@
 #define ZANSONG_COMMON_TIME_MAN_H_
 
 #include "zansong/common/tsstring.h"
+#include "zansong/export.h"
 
 // Time of day in seconds (gettimeofday: seconds + microseconds * 1e-6).
-double getclock();
+ZANSONG_EXPORT double getclock();
 
-class TTimeMan {
+class ZANSONG_EXPORT TTimeMan {
  public:
   // Sets the amount of work and the rate: duration is in milliseconds when
   // inMilliseconds is non-zero, else in tenths of a second, spread over

@@ -16,7 +16,9 @@
 #ifndef ZANSONG_COMMON_TSSTRING_H_
 #define ZANSONG_COMMON_TSSTRING_H_
 
-class TSString {
+#include "zansong/export.h"
+
+class ZANSONG_EXPORT TSString {
  public:
   TSString();
   TSString(const char* text);  // NOLINT: implicit by design; null gives ""
@@ -83,31 +85,31 @@ class TSString {
  private:
   // Takes ownership of buffer (n+1 bytes, terminated) in place of the
   // current one, which is freed.
-  void Adopt(char* buffer, int n);
+  ZANSONG_HIDDEN void Adopt(char* buffer, int n);
   // Replaces the contents by a copy of the n bytes at text (which may lie
   // inside the current buffer).
-  void Assign(const char* text, int n);
+  ZANSONG_HIDDEN void Assign(const char* text, int n);
 
   char* buffer_;
   int length_;
 };
 
-bool operator==(const TSString& a, const TSString& b);
-bool operator==(const TSString& a, const char* b);
-bool operator!=(const TSString& a, const TSString& b);
-bool operator!=(const TSString& a, const char* b);
-TSString operator+(const TSString& a, const TSString& b);
+ZANSONG_EXPORT bool operator==(const TSString& a, const TSString& b);
+ZANSONG_EXPORT bool operator==(const TSString& a, const char* b);
+ZANSONG_EXPORT bool operator!=(const TSString& a, const TSString& b);
+ZANSONG_EXPORT bool operator!=(const TSString& a, const char* b);
+ZANSONG_EXPORT TSString operator+(const TSString& a, const TSString& b);
 
 // 1 when the whole string is valid Shift-JIS, else 0.
-int is_SJIS(TSString s);
+ZANSONG_EXPORT int is_SJIS(TSString s);
 
 // Decimal text of value padded on the left with "0" to width bytes.
-TSString FormatInt(int width, int value);
+ZANSONG_EXPORT TSString FormatInt(int width, int value);
 // value printed with "%" + format + "f" (format such as "3.1"); "" when it
 // has no "." at position 2 or later or nothing after it.
-TSString FormatFloat(const TSString& format, float value);
+ZANSONG_EXPORT TSString FormatFloat(const TSString& format, float value);
 // CSV field quoting: wrapped in double quotes when the text holds a tab,
 // space, apostrophe, comma or double quote; double quotes doubled.
-TSString DoubleQuoteString(const TSString& s);
+ZANSONG_EXPORT TSString DoubleQuoteString(const TSString& s);
 
 #endif  // ZANSONG_COMMON_TSSTRING_H_

@@ -60,11 +60,12 @@
 #define ZANSONG_DB_DBMAN_H_
 
 #include "zansong/common/tsstring.h"
+#include "zansong/export.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
 
-class TDBMan {
+class ZANSONG_EXPORT TDBMan {
  public:
   TDBMan();
   virtual ~TDBMan();
@@ -98,11 +99,11 @@ class TDBMan {
 
  private:
   // Finalizes stmt, if any, and clears it.
-  void FinishStatement();
+  ZANSONG_HIDDEN void FinishStatement();
 };
 
-void db_vacuum(char* dir);
-void usbdb_copy(char* dir);
-void usbdb_backup(char* dir);
+ZANSONG_EXPORT void db_vacuum(char* dir);
+ZANSONG_EXPORT void usbdb_copy(char* dir);
+ZANSONG_EXPORT void usbdb_backup(char* dir);
 
 #endif  // ZANSONG_DB_DBMAN_H_

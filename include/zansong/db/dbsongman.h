@@ -49,8 +49,9 @@
 #include "zansong/common/tsstring.h"
 #include "zansong/db/dbman.h"
 #include "zansong/db/songinfo.h"
+#include "zansong/export.h"
 
-class TDBSongMan : public TDBMan {
+class ZANSONG_EXPORT TDBSongMan : public TDBMan {
  public:
   // Single values.
   int GetAlbumIDByPath(char const* path);

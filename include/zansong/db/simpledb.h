@@ -14,12 +14,14 @@
 #ifndef ZANSONG_DB_SIMPLEDB_H_
 #define ZANSONG_DB_SIMPLEDB_H_
 
+#include "zansong/export.h"
+
 #include <functional>
 
 struct sqlite3;
 struct sqlite3_stmt;
 
-class SimpleDB {
+class ZANSONG_EXPORT SimpleDB {
  public:
   SimpleDB() = default;
   ~SimpleDB();

@@ -14,8 +14,9 @@
 #define ZANSONG_DB_SONGINFO_H_
 
 #include "zansong/common/tsstring.h"
+#include "zansong/export.h"
 
-struct SongInfo {
+struct ZANSONG_EXPORT SongInfo {
   SongInfo();
 
   TSString title;          // song_title
@@ -34,6 +35,6 @@ struct SongInfo {
   int length;              // playing time
 };
 
-TSString getprefix(TSString& category);
+ZANSONG_EXPORT TSString getprefix(TSString& category);
 
 #endif  // ZANSONG_DB_SONGINFO_H_

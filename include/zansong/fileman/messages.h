@@ -18,6 +18,7 @@
 #ifndef ZANSONG_FILEMAN_MESSAGES_H_
 #define ZANSONG_FILEMAN_MESSAGES_H_
 
+#include "zansong/export.h"
 #include "zansong/result_codes.h"
 
 // One message-box line:
@@ -26,25 +27,25 @@
 // button1, btn1_type and wait are left out when empty (or null); wait only
 // says whether the attribute is present, its value is always "yes".  Null
 // label or msg count as "".
-void PrintXmlMessageBox(const char* label, const char* msg, const char* button1,
-                        const char* btn1_type, const char* wait, int key);
+ZANSONG_EXPORT void PrintXmlMessageBox(const char* label, const char* msg, const char* button1,
+                                       const char* btn1_type, const char* wait, int key);
 
 // The box of label row `label` and message row `message`: the catalogue
 // texts of both keys, an OK button, the row's button type and wait mark, no
 // key attribute.  The last two arguments have no effect.  Rows outside the
 // tables count as empty keys.
-void PrintXmlMessageBox(int label, int message, int, int);
+ZANSONG_EXPORT void PrintXmlMessageBox(int label, int message, int, int);
 
 // For code -1 to -41: the box of message row -code, under `label`, or under
 // the error label for the messages 14, 27, 30, 32 and 36 (-41 shows the
 // empty row 40).  Any other code (0, positive, below -41) prints the clear
 // line.
-void PrintErrorMessage(int label, int code);
+ZANSONG_EXPORT void PrintErrorMessage(int label, int code);
 
 // A box for a request from the remote control: label "Error" for messages
 // 14, 27, 30, 32, 36, else the empty text; message row `message`; button
 // `button` of the button table; the row's button type and wait mark.
-void PrintRemoconMessage(int message, int button);
+ZANSONG_EXPORT void PrintRemoconMessage(int message, int button);
 
 // Progress boxes.  The counter is min(total, done + 1) + "/" + total and
 // follows the text directly.  Label and button texts are those of the empty
@@ -61,18 +62,18 @@ void PrintRemoconMessage(int message, int button);
 //   PrintUnregisterMessage:    as PrintRegisterMessage with the
 //                              "unregistering" text, and no button when not
 //                              cancellable.
-void PrintDeleteMessage(int done, int total);
-void PrintAddToPlaylistMessage(int done, int total);
-void PrintCopyMessage(int albumNo, int done, int total, bool cancellable);
-void PrintRegisterMessage(int percent, int count, bool cancellable);
-void PrintUnregisterMessage(int percent, int count, bool cancellable);
+ZANSONG_EXPORT void PrintDeleteMessage(int done, int total);
+ZANSONG_EXPORT void PrintAddToPlaylistMessage(int done, int total);
+ZANSONG_EXPORT void PrintCopyMessage(int albumNo, int done, int total, bool cancellable);
+ZANSONG_EXPORT void PrintRegisterMessage(int percent, int count, bool cancellable);
+ZANSONG_EXPORT void PrintUnregisterMessage(int percent, int count, bool cancellable);
 
 // '<set_apictrl update_window="song" />\n' then
 // '<set_apictrl update_window="album" />\n', one flush.
-void PrintUpdateWindow();
+ZANSONG_EXPORT void PrintUpdateWindow();
 // '<set_msgbox type="clear" />\n'
-void PrintClearMessage();
+ZANSONG_EXPORT void PrintClearMessage();
 // '<filefunc function="end" />\n'
-void PrintFunctionEnd();
+ZANSONG_EXPORT void PrintFunctionEnd();
 
 #endif  // ZANSONG_FILEMAN_MESSAGES_H_

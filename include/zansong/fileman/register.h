@@ -42,11 +42,13 @@
 #ifndef ZANSONG_FILEMAN_REGISTER_H_
 #define ZANSONG_FILEMAN_REGISTER_H_
 
+#include "zansong/export.h"
+
 extern "C" {
-int FM_Add_AllSongs_ByCache(const char* root, const char* folder, int notifyRemote, int keepOrder,
-                            int progressTarget);
-int FM_Add_AllSongs(const char* root, const char* folder);
-int FM_Add_Songs(const char* path, int n);
+ZANSONG_EXPORT int FM_Add_AllSongs_ByCache(const char* root, const char* folder, int notifyRemote,
+                                           int keepOrder, int progressTarget);
+ZANSONG_EXPORT int FM_Add_AllSongs(const char* root, const char* folder);
+ZANSONG_EXPORT int FM_Add_Songs(const char* path, int n);
 }
 
 #endif  // ZANSONG_FILEMAN_REGISTER_H_

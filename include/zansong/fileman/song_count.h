@@ -16,10 +16,12 @@
 #ifndef ZANSONG_FILEMAN_SONG_COUNT_H_
 #define ZANSONG_FILEMAN_SONG_COUNT_H_
 
+#include "zansong/export.h"
+
 extern "C" {
-int FM_GetSongCount(char const* dir, char const* pfix, char const* albumId);
-int FM_IsRecSongFull(char const* dir);
-int FM_IsPfixSongFull(char const* dir, char const* pfix);
+ZANSONG_EXPORT int FM_GetSongCount(char const* dir, char const* pfix, char const* albumId);
+ZANSONG_EXPORT int FM_IsRecSongFull(char const* dir);
+ZANSONG_EXPORT int FM_IsPfixSongFull(char const* dir, char const* pfix);
 }
 
 #endif  // ZANSONG_FILEMAN_SONG_COUNT_H_

@@ -26,8 +26,9 @@
 #include <cstdint>
 
 #include "zansong/common/tsstring.h"
+#include "zansong/export.h"
 
-class TWaveData {
+class ZANSONG_EXPORT TWaveData {
  public:
   TWaveData() = default;
 
@@ -71,9 +72,9 @@ struct ID3TAG {
   uint8_t genre;
 };
 
-uint32_t GetAudioTime(const char* path);
-int ReadFileDataMp3(const char* path, ID3TAG* tag, MP3INF* info);
-int MakePlayTime(int fileSize, MP3INF* info);
-int64_t GetFileSize(const char* path);
+ZANSONG_EXPORT uint32_t GetAudioTime(const char* path);
+ZANSONG_EXPORT int ReadFileDataMp3(const char* path, ID3TAG* tag, MP3INF* info);
+ZANSONG_EXPORT int MakePlayTime(int fileSize, MP3INF* info);
+ZANSONG_EXPORT int64_t GetFileSize(const char* path);
 
 #endif  // ZANSONG_FORMATS_AUDIO_H_

@@ -26,6 +26,7 @@
 #include <vector>
 
 #include "zansong/common/tsstring.h"
+#include "zansong/export.h"
 
 struct TSongPara;
 
@@ -36,24 +37,29 @@ struct TSongNameString {
   TSString extra;     // the 7-character field, or ""
 };
 
-int GetPsongInfo(const char* path, std::vector<TSongNameString>& songs);
-int CheckUpperLower(TSString& s);
+ZANSONG_EXPORT int GetPsongInfo(const char* path, std::vector<TSongNameString>& songs);
+ZANSONG_EXPORT int CheckUpperLower(TSString& s);
 
-int GetKTVInfo(const char* path, TSongPara* para, bool headOnly);
-int GetPdiskInfo(const char* path, char* out);
-int GetPsongInfo(const char* path, std::list<std::string>& names);
-int GetPsongInfo(const char* path, std::list<std::string>& names, std::list<std::string>& titles,
-                 std::list<int>& types, std::list<std::string>& extras);
-int GetPianoDirInfo(const char* path, char* out, std::vector<TSongNameString>& songs);
-int GetPianoDirInfo(const char* path, char* out, std::list<std::string>& names,
-                    std::list<std::string>& titles);
-int GetPianoDirInfo(const char* path, char* out, std::list<std::string>& names);
-int GetPianoDirInfo(const char* path, char* out);
-int GetTovikDirInfo(const char* path, const char* dir, std::vector<TSongNameString>& songs);
-int CreatePianodirFil(const char* path, const char* dir, int count);
-int ChangeTitleMX(TSString title, char* out, int size);
-int FixKTVFile(const char* path, const char* dst, const char* title, char mode);
-int FixSMFFile(const char* path, const char* dst, const char* title, int a, int b, char mode);
-int FixSongFile(const char* path, const char* dst, const char* title, int a, int b, char mode);
+ZANSONG_EXPORT int GetKTVInfo(const char* path, TSongPara* para, bool headOnly);
+ZANSONG_EXPORT int GetPdiskInfo(const char* path, char* out);
+ZANSONG_EXPORT int GetPsongInfo(const char* path, std::list<std::string>& names);
+ZANSONG_EXPORT int GetPsongInfo(const char* path, std::list<std::string>& names,
+                                std::list<std::string>& titles, std::list<int>& types,
+                                std::list<std::string>& extras);
+ZANSONG_EXPORT int GetPianoDirInfo(const char* path, char* out,
+                                   std::vector<TSongNameString>& songs);
+ZANSONG_EXPORT int GetPianoDirInfo(const char* path, char* out, std::list<std::string>& names,
+                                   std::list<std::string>& titles);
+ZANSONG_EXPORT int GetPianoDirInfo(const char* path, char* out, std::list<std::string>& names);
+ZANSONG_EXPORT int GetPianoDirInfo(const char* path, char* out);
+ZANSONG_EXPORT int GetTovikDirInfo(const char* path, const char* dir,
+                                   std::vector<TSongNameString>& songs);
+ZANSONG_EXPORT int CreatePianodirFil(const char* path, const char* dir, int count);
+ZANSONG_EXPORT int ChangeTitleMX(TSString title, char* out, int size);
+ZANSONG_EXPORT int FixKTVFile(const char* path, const char* dst, const char* title, char mode);
+ZANSONG_EXPORT int FixSMFFile(const char* path, const char* dst, const char* title, int a, int b,
+                              char mode);
+ZANSONG_EXPORT int FixSongFile(const char* path, const char* dst, const char* title, int a, int b,
+                               char mode);
 
 #endif  // ZANSONG_FORMATS_PSONG_H_

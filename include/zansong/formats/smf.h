@@ -32,6 +32,7 @@
 
 #include "zansong/common/string_list.h"
 #include "zansong/common/tsstring.h"
+#include "zansong/export.h"
 
 // What GetSMFInfo reads out of a MIDI file.
 struct TSongPara {
@@ -62,7 +63,7 @@ struct TSmfEventLocation {
 class TSmfData;
 
 // One "MTrk" chunk and the walker's cursor in it.
-class TTrackData {
+class ZANSONG_EXPORT TTrackData {
  public:
   // index: the track's place in the file (0 for the first track).
   explicit TTrackData(TSmfData* owner, int index = 0);
@@ -111,15 +112,15 @@ class TTrackData {
 
  private:
   // Marks the track ended and tells the owner.
-  inline void End();
+  ZANSONG_HIDDEN inline void End();
   // Applies a channel message with status status whose data bytes start at
   // the cursor; ends the track and returns 0 when they run past the data.
-  int ChannelData(unsigned char status);
+  ZANSONG_HIDDEN int ChannelData(unsigned char status);
   // Reads the length quantity at lengthAt and moves the cursor past the
   // body that follows it.  Stores where the body starts and its size and
   // returns true; ends the track and returns false when the quantity or the
   // body runs past the data.
-  bool SkipLengthPrefixedBody(uint32_t lengthAt, uint32_t* body, unsigned* size);
+  ZANSONG_HIDDEN bool SkipLengthPrefixedBody(uint32_t lengthAt, uint32_t* body, unsigned* size);
 
   TSmfData* owner_;
   int index_;
@@ -138,7 +139,7 @@ class TTrackData {
 };
 
 // One file being read.
-class TSmfData {
+class ZANSONG_EXPORT TSmfData {
  public:
   TSmfData();
   ~TSmfData();
@@ -203,7 +204,7 @@ class TSmfData {
   void ChangeTempo(uint32_t microsPerQuarter);
 
  private:
-  void ClearLocations();
+  ZANSONG_HIDDEN void ClearLocations();
 
   struct DeferredEvent {
     int64_t tick;
@@ -239,7 +240,8 @@ inline void TTrackData::End() {
   owner_->NotifyEot();
 }
 
-int GetSMFInfo(const char* path, TSongPara* para, bool headOnly, const char* reserved);
-int SetSMFTitle(const char* path, const char* newTitleUtf8);
+ZANSONG_EXPORT int GetSMFInfo(const char* path, TSongPara* para, bool headOnly,
+                              const char* reserved);
+ZANSONG_EXPORT int SetSMFTitle(const char* path, const char* newTitleUtf8);
 
 #endif  // ZANSONG_FORMATS_SMF_H_

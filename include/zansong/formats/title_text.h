@@ -18,11 +18,13 @@
 #ifndef ZANSONG_FORMATS_TITLE_TEXT_H_
 #define ZANSONG_FORMATS_TITLE_TEXT_H_
 
+#include "zansong/export.h"
+
 struct TSongPara;
 
-void GetDummyLongTitle(TSongPara* para);
-void GetSlimText(char* dst, const char* src);
-void GetNewTitle(const char* src, char* dst);
-void GetFileName(const char* entry, char* dst);
+ZANSONG_EXPORT void GetDummyLongTitle(TSongPara* para);
+ZANSONG_EXPORT void GetSlimText(char* dst, const char* src);
+ZANSONG_EXPORT void GetNewTitle(const char* src, char* dst);
+ZANSONG_EXPORT void GetFileName(const char* entry, char* dst);
 
 #endif  // ZANSONG_FORMATS_TITLE_TEXT_H_

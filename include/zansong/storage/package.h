@@ -21,6 +21,7 @@
 #define ZANSONG_STORAGE_PACKAGE_H_
 
 #include "zansong/common/tsstring.h"
+#include "zansong/export.h"
 
 // Decodes the well-formed XML package at path (Expat).  The base64 text is
 // the character data of the "file" element (element and attribute names
@@ -31,17 +32,18 @@
 // when the pointer is not null.  When the package cannot be opened or is not
 // well-formed, neither buffer is written.  The ".b64" and ".bak" files are
 // left in place.  Returns 0 always.
-int FM_ChangeB64ToBin2(const char* path, char* name, int nameLen, char* ackurl, int ackLen);
+ZANSONG_EXPORT int FM_ChangeB64ToBin2(const char* path, char* name, int nameLen, char* ackurl,
+                                      int ackLen);
 
 // Decodes the line-oriented package at path: "<SELF>" within its first ten
 // lines, then a line holding <file filename="NAME"> (spaces ignored, case
 // ignored in the tag), then the base64 text up to the next "<".  Only the
 // file-name part of NAME is used.  Returns the output path, or "" on
 // failure.  On success the ".b64" and ".bak" files are removed.
-TSString ChangeB64ToBin(const char* path);
+ZANSONG_EXPORT TSString ChangeB64ToBin(const char* path);
 // 1 and the output path copied into out (strncpy, at most len bytes) when
 // ChangeB64ToBin succeeded; else 0 and out untouched.
-int FM_ChangeB64ToBin(const char* path, char* out, int len);
+ZANSONG_EXPORT int FM_ChangeB64ToBin(const char* path, char* out, int len);
 
 // Turns a package delivered as an escaped text string back into plain text:
 // a backslash escapes the next byte ("\n" gives a line feed, any other byte
@@ -54,11 +56,11 @@ int FM_ChangeB64ToBin(const char* path, char* out, int len);
 //       "SELF", a write fails, or fewer or more bytes were read than its
 //       size (the package is left unchanged);
 //   -3  path + ".tmp" cannot be created.
-int ChangeXmlToSelf(const char* path);
-int FM_ChangeXmlToSelf(char* path);
+ZANSONG_EXPORT int ChangeXmlToSelf(const char* path);
+ZANSONG_EXPORT int FM_ChangeXmlToSelf(char* path);
 
 // Copies ChangeNoDirAndSpaceName(name) into out (strncpy, at most len
 // bytes) when it is not empty; otherwise out is untouched.
-void FM_ChangeNoDirAndSpaceName(char* name, char* out, int len);
+ZANSONG_EXPORT void FM_ChangeNoDirAndSpaceName(char* name, char* out, int len);
 
 #endif  // ZANSONG_STORAGE_PACKAGE_H_

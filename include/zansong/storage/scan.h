@@ -38,6 +38,7 @@
 #include <vector>
 
 #include "zansong/common/tsstring.h"
+#include "zansong/export.h"
 #include "zansong/limits.h"
 #include "zansong/result_codes.h"
 
@@ -61,18 +62,20 @@ struct TDirFileName {
 // with a MIDI file of the same name (the song is then that file's line).
 // A MIDI file's companion is found on disk; a WAV companion wins over an
 // MP3 one.
-TSString GetSongCache(TSString path, int start);
+ZANSONG_EXPORT TSString GetSongCache(TSString path, int start);
 // The line for a pairing already known: midiPath "" for an audio-only
 // song, audioPath "" for a MIDI-only one (full paths).  With storageKind
 // kStorageUsbDownloaded the time is left out.
-TSString GetSongCache2(TSString midiPath, TSString audioPath, int start, int storageKind);
+ZANSONG_EXPORT TSString GetSongCache2(TSString midiPath, TSString audioPath, int start,
+                                      int storageKind);
 // Appends to lines the GetSongCache line of each path of paths that gives
 // one, with start = length of root + 1.
-void GetSongCacheList(TSString& root, std::list<std::string>& paths, std::list<std::string>& lines);
+ZANSONG_EXPORT void GetSongCacheList(TSString& root, std::list<std::string>& paths,
+                                     std::list<std::string>& lines);
 // Removes from both lists every line that is in both.  Both must be sorted
 // ascending in byte order; afterwards a holds the lines only it had, and b
 // those only it had.
-void GetDiffCacheList(std::list<std::string>& a, std::list<std::string>& b);
+ZANSONG_EXPORT void GetDiffCacheList(std::list<std::string>& a, std::list<std::string>& b);
 
 // Scans the storage tree below dir (ending in "/"): songs are listed in dir
 // and in directories up to two levels below it (one level for
@@ -87,30 +90,32 @@ void GetDiffCacheList(std::list<std::string>& a, std::list<std::string>& b);
 // holds songs, is empty, or is "Recorded Songs/Temporary Folder" or
 // "Recorded Songs/Keep".  The top call passes level 0; *flag is set true
 // only for an empty directory within the depth limit.  Results as above.
-int GetDirFileList4(const char* dir, int start, std::list<std::string>& albumDirs,
-                    std::list<std::string>& songLines, std::list<std::string>& looseSongLines,
-                    int storageKind, int level, bool* flag);
+ZANSONG_EXPORT int GetDirFileList4(const char* dir, int start, std::list<std::string>& albumDirs,
+                                   std::list<std::string>& songLines,
+                                   std::list<std::string>& looseSongLines, int storageKind,
+                                   int level, bool* flag);
 // The same walk (always two levels below dir), each song file turned
 // into a line at once with GetSongCache; kScanTooManyLooseSongs as soon as
 // one directory gives more than kAlbumSongLimit lines.
-int GetDirFileList3(const char* dir, int start, std::list<std::string>& albumDirs,
-                    std::list<std::string>& songLines, std::list<std::string>& looseSongLines,
-                    int storageKind, int level, bool* flag);
+ZANSONG_EXPORT int GetDirFileList3(const char* dir, int start, std::list<std::string>& albumDirs,
+                                   std::list<std::string>& songLines,
+                                   std::list<std::string>& looseSongLines, int storageKind,
+                                   int level, bool* flag);
 // Appends the full path of every file under dir (ending in "/"), at any
 // depth.  Returns 1, or 0 when dir cannot be opened.
-int GetDirFileList(const char* dir, std::list<std::string>& files);
+ZANSONG_EXPORT int GetDirFileList(const char* dir, std::list<std::string>& files);
 // The files directly in dir (ending in "/"), sorted in byte order, pausing
 // 10 ms after each so that a slow stick is not flooded.  Names beginning
 // with "._" are deleted from dir and not listed; names that are not valid
 // Shift-JIS are left out.  1, or 0 when dir cannot be opened.
-int GetDirFileVector(char* dir, std::vector<TDirFileName>& names);
+ZANSONG_EXPORT int GetDirFileVector(char* dir, std::vector<TDirFileName>& names);
 
 // Kept for callers that still link them: they do nothing.  GetDirFileList2
 // lists nothing; GetZanId and GetZanVersion leave the buffer untouched.
 // All three return 0.
-int GetDirFileList2(const char* dir, std::list<std::string>& files, std::list<std::string>& dirs,
-                    int level, int flag);
-int GetZanId(char* out, int len);
-int GetZanVersion(char* out, int len);
+ZANSONG_EXPORT int GetDirFileList2(const char* dir, std::list<std::string>& files,
+                                   std::list<std::string>& dirs, int level, int flag);
+ZANSONG_EXPORT int GetZanId(char* out, int len);
+ZANSONG_EXPORT int GetZanVersion(char* out, int len);
 
 #endif  // ZANSONG_STORAGE_SCAN_H_
