@@ -1,7 +1,6 @@
 // FM_Add_AllSongs_ByCache: brings the catalogue of one storage area in step
 // with its files by comparing song cache lines, writing only differences.
 #include <chrono>
-#include <cstdio>
 #include <ctime>
 #include <list>
 #include <set>
@@ -11,6 +10,7 @@
 
 #include "common/device_path.h"
 #include "db/batched_order.h"
+#include "fileman/catalogue_session.h"
 #include "fileman/register_song.h"
 #include "zansong/async/cancel.h"
 #include "zansong/db/dbsongman.h"
@@ -21,6 +21,7 @@
 #include "zansong/storage/files.h"
 #include "zansong/storage/scan.h"
 
+using zansong::CatalogueSession;
 using zansong::NewSong;
 using zansong::WriteBatch;
 
@@ -57,8 +58,13 @@ TSString NowText() {
 // One call's state: the storage area and the open catalogue.
 class Registration {
  public:
-  Registration(const TSString& root, const TSString& prefix, TDBSongMan& man, int progressTarget)
-      : root_(root), prefix_(prefix), man_(man), batch_(man), progressTarget_(progressTarget) {}
+  Registration(const TSString& root, const TSString& prefix, CatalogueSession& session,
+               int progressTarget)
+      : root_(root),
+        prefix_(prefix),
+        man_(session.man()),
+        batch_(session.batch()),
+        progressTarget_(progressTarget) {}
 
   // Deletes the albums in vanished (and their songs).  False when the
   // caller must stop: cancel, or an album row that could not be deleted.
@@ -82,7 +88,7 @@ class Registration {
   TSString root_;
   TSString prefix_;
   TDBSongMan& man_;
-  WriteBatch batch_;
+  WriteBatch& batch_;
   int progressTarget_;
   // Song insertion state.
   int nextSongId_ = 0;
@@ -256,44 +262,23 @@ extern "C" int FM_Add_AllSongs_ByCache(const char* root, const char* folder, int
 
   albumDirs.sort();
   songLines.sort();
-  TDBSongMan man;
-  if (!man.InitDB(rootText.c_str())) {
-    std::puts("DB Create Error");
-    std::fflush(stdout);
-    return ret;
-  }
-  if (!man.Open()) {
-    std::puts("DB Open Error");
-    std::fflush(stdout);
-    return ret;
-  }
-  Registration work(rootText, prefix, man, progressTarget);
+  // Every return below commits what was written and closes the catalogue.
+  CatalogueSession session(rootText.c_str(), CatalogueSession::FailureLine::kCreateOrOpen);
+  if (!session.ok()) return ret;
+  TDBSongMan& man = session.man();
+  Registration work(rootText, prefix, session, progressTarget);
 
   Lines known;
-  if (!man.GetAlbumPathList(known, prefix.c_str())) {
-    man.Close();
-    return kScanStopped;
-  }
+  if (!man.GetAlbumPathList(known, prefix.c_str())) return kScanStopped;
   known.sort();
   GetDiffCacheList(albumDirs, known);
-  if (completeScan && !work.DeleteAlbums(known)) {
-    work.Commit();
-    man.Close();
-    return ret;
-  }
-  if (!work.CreateAlbums(albumDirs, folderText)) {
-    work.Commit();
-    man.Close();
-    return ret;
-  }
+  if (completeScan && !work.DeleteAlbums(known)) return ret;
+  if (!work.CreateAlbums(albumDirs, folderText)) return ret;
   work.Commit();
   if (notifyRemote != 0) PrintRemoconMessage(kMsgScanning3, kButtonCancel);
 
   known.clear();
-  if (!man.GetSongPathList(known, prefix.c_str())) {
-    man.Close();
-    return ret;
-  }
+  if (!man.GetSongPathList(known, prefix.c_str())) return ret;
   known.sort();
   GetDiffCacheList(songLines, known);
   if (completeScan) {
@@ -303,7 +288,5 @@ extern "C" int FM_Add_AllSongs_ByCache(const char* root, const char* folder, int
   }
   work.AddSongs(songLines);
   if (keepOrder == 0) work.Renumber(folderText);
-  work.Commit();
-  man.Close();
   return ret;
 }

@@ -3,6 +3,7 @@
 #include <list>
 #include <string>
 
+#include "fileman/catalogue_session.h"
 #include "zansong/common/charset.h"
 #include "zansong/common/path.h"
 #include "zansong/common/sysroot.h"
@@ -72,8 +73,9 @@ extern "C" int FM_Add_AllSongs(const char* root, const char* folder) {
   for (const std::string& d : dirs) std::printf("dir: %s  \n", d.c_str());
   std::fflush(stdout);
 
-  TDBSongMan man;
-  if (!man.InitDB(rootText.c_str()) || !man.Open()) return 0;
+  zansong::CatalogueSession session(rootText.c_str());
+  if (!session.ok()) return 0;
+  TDBSongMan& man = session.man();
   for (const std::string& d : dirs) {
     TSString rel = TSString(d.c_str()).SubString(rootText.Length() + 1);
     TSString title = folderText.Length() == 0 ? rel : rel.SubString(folderText.Length() + 2);
@@ -96,7 +98,6 @@ extern "C" int FM_Add_AllSongs(const char* root, const char* folder) {
       ++order;
     }
   }
-  man.Close();
   return 0;
 }
 
