@@ -1,24 +1,58 @@
 #!/usr/bin/env bash
-# Installs the built tree into a temporary prefix, then builds and runs a
-# small consumer program against it twice: with find_package(zansong) and
-# with pkg-config.
+# Installs the built tree into a temporary prefix and uses it from there as
+# any program outside the project would, with no LD_LIBRARY_PATH: the
+# installed files carry relative run paths only, the library finds
+# libzanmsg.so beside it, a small consumer program builds and runs twice
+# (with find_package(zansong) and with pkg-config), and the installed zanfm
+# runs its help and its demo.
 #   consumer_test.sh BUILD_DIR CONSUMER_SOURCE_DIR [EXTRA_CXXFLAGS]
 set -euo pipefail
 build=$1; src=$2; extra=${3:-}
+unset LD_LIBRARY_PATH
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
+prefix=$work/prefix
 
-cmake --install "$build" --prefix "$work/prefix" >/dev/null
-libdir=$(dirname "$(find "$work/prefix" -name 'libzansong.so' | head -n1)")
+cmake --install "$build" --prefix "$prefix" >/dev/null
+lib=$(find "$prefix" -name 'libzansong.so' | head -n1)
+libdir=$(dirname "$lib")
+
+fail() { echo "consumer_test: $*" >&2; exit 1; }
+
+# Run paths: relative ($ORIGIN) only.
+runpath() { readelf -d "$1" | sed -n 's/.*(RUNPATH).*\[\(.*\)\]/\1/p'; }
+[ "$(runpath "$(readlink -f "$lib")")" = '$ORIGIN' ] || fail "libzansong.so run path: $(runpath "$lib")"
+[ "$(runpath "$prefix/bin/zanfm")" = "\$ORIGIN/$(realpath --relative-to="$prefix/bin" "$libdir")" ] \
+  || fail "zanfm run path: $(runpath "$prefix/bin/zanfm")"
+while IFS= read -r -d '' f; do
+  if readelf -h "$f" >/dev/null 2>&1 && runpath "$f" | tr ':' '\n' | grep -q '^/'; then
+    fail "absolute run path in $f: $(runpath "$f")"
+  fi
+done < <(find "$prefix" -type f -print0)
+ldd "$lib" | grep -q "libzanmsg.so => $libdir/libzanmsg.so" \
+  || fail "libzansong.so does not find libzanmsg.so beside it: $(ldd "$lib")"
 
 # With find_package.
-cmake -S "$src" -B "$work/cmake-build" -G Ninja -DCMAKE_PREFIX_PATH="$work/prefix" \
+cmake -S "$src" -B "$work/cmake-build" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" \
       -DCMAKE_CXX_FLAGS="$extra" >/dev/null
 cmake --build "$work/cmake-build" >/dev/null
-LD_LIBRARY_PATH="$libdir" "$work/cmake-build/consumer"
+"$work/cmake-build/consumer"
 
-# With pkg-config.
+# With pkg-config; the consumer names the prefix's library directory as its
+# own run path, as a program built against a private prefix does.
 export PKG_CONFIG_PATH="$libdir/pkgconfig"
 # shellcheck disable=SC2046,SC2086
-g++ -std=c++17 $extra -o "$work/consumer-pc" "$src/consumer.cpp" $(pkg-config --cflags --libs zansong)
-LD_LIBRARY_PATH="$libdir" "$work/consumer-pc"
+g++ -std=c++17 $extra -o "$work/consumer-pc" "$src/consumer.cpp" $(pkg-config --cflags --libs zansong) \
+    -Wl,-rpath,"$(pkg-config --variable=libdir zansong)"
+"$work/consumer-pc"
+
+# The installed command-line host, from its prefix.
+"$prefix/bin/zanfm" --help >"$work/help.txt" || fail "zanfm --help: $(cat "$work/help.txt")"
+grep -q 'demo' "$work/help.txt" || fail "zanfm --help shows no demo"
+"$prefix/bin/zanfm" demo "$work/demo" >"$work/demo.txt" 2>&1 \
+  || fail "zanfm demo failed: $(tail -n 20 "$work/demo.txt")"
+grep -q 'registered   #12 Classics/04 Prelude.mid' "$work/demo.txt" \
+  || fail "zanfm demo did not register the changes: $(tail -n 20 "$work/demo.txt")"
+[ -x "$work/demo/usr/local/bin/songdb2json" ] || fail "the demo image has no exporter"
+[ -s "$work/demo/usr/local/www/ctrl/song.json" ] || fail "the demo wrote no JSON export"
+echo "consumer ok: find_package, pkg-config, zanfm from $prefix"
