@@ -18,11 +18,11 @@
 //   the remote-control notice 11 after the albums; progressTarget is passed
 //   as the second argument of the registering/unregistering progress lines,
 //   printed every 200 songs.
-//   Returns 0; the scan's non-zero result (-1 unreadable directory, -2 too
-//   many albums or songs, -3 too many loose songs); or -2 when the cancel
-//   flag was raised before the catalogue was opened, when 499 or more album
-//   directories leave the loose songs out, or when the catalogue's album
-//   list cannot be read.  Prints "DB Create Error" / "DB Open Error" when
+//   Returns kScanOk (0); the scan's non-zero result (kScanUnreadableDir -1,
+//   kScanStopped -2 for too many albums or songs, kScanTooManyLooseSongs -3);
+//   or kScanStopped when the cancel flag was raised before the catalogue
+//   was opened, when kAlbumLimit (499) or more album directories leave the
+//   loose songs out, or when the catalogue's album list cannot be read.  Prints "DB Create Error" / "DB Open Error" when
 //   the catalogue cannot be made or opened.
 //   When the scan returns -1 the scan is incomplete: nothing is deleted and
 //   a song already registered under the same paths is left as it is; new
