@@ -65,7 +65,7 @@ TEST(ResultCodesTest, SuccessShowsNoMessage) {
   EXPECT_EQ("<set_msgbox type=\"clear\" />\n", Printed(PrintErrorMessage, kLabelCopy, kResultOk));
 }
 
-TEST(ResultCodesTest, TheErrorCodesOfTheDesignHaveTheirNumbers) {
+TEST(ResultCodesTest, ErrorCodesKeepTheNumbersTheHostKnows) {
   // The host maps the numbers back to messages itself: they never change.
   const int codes[] = {kResultWriteProtected, kResultNoFile,      kResultNoData,
                        kResultDbFail,         kResultAlbumFull,   kResultNoSpace,

@@ -14,9 +14,9 @@
 #ifndef ZANSONG_DB_SIMPLEDB_H_
 #define ZANSONG_DB_SIMPLEDB_H_
 
-#include "zansong/export.h"
-
 #include <functional>
+
+#include "zansong/export.h"
 
 struct sqlite3;
 struct sqlite3_stmt;

@@ -5,6 +5,10 @@
 #include <cstdio>
 #include <cstring>
 
+// The named numbers come with the installed headers.
+static_assert(kResultAlbumFull == -kMsgLimitSongs999 && kAlbumSongLimit == 999,
+              "result codes and limits");
+
 int main() {
   FM_SetSystemRoot("/image/");
   if (std::strcmp(FM_GetSystemRoot(), "/image") != 0) {
