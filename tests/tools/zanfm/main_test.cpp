@@ -1,7 +1,6 @@
 // The command-line host run as a program: the demo and register/songs.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <string>
@@ -11,14 +10,9 @@
 namespace zansong_test {
 namespace {
 
-// zanfm is built beside the test programs: build/tools/zanfm.
-std::string ZanfmProgram() {
-  char self[4096];
-  ssize_t n = readlink("/proc/self/exe", self, sizeof self - 1);
-  std::string path(self, n > 0 ? static_cast<size_t>(n) : 0);
-  path = path.substr(0, path.rfind('/'));  // build/tests
-  return "'" + path.substr(0, path.rfind('/')) + "/tools/zanfm'";
-}
+// The built zanfm (in a cross-build, the script that runs it under the
+// emulator), quoted for the shell.
+std::string ZanfmProgram() { return std::string("'") + ZANSONG_ZANFM_PROGRAM + "'"; }
 #define ZANFM_PROGRAM ZanfmProgram()
 
 // Runs command through the shell; returns its exit status and output.
