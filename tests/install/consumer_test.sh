@@ -5,9 +5,14 @@
 # libzanmsg.so beside it, a small consumer program builds and runs twice
 # (with find_package(zansong) and with pkg-config), and the installed zanfm
 # runs its help and its demo.
-#   consumer_test.sh BUILD_DIR CONSUMER_SOURCE_DIR [EXTRA_CXXFLAGS]
+#   consumer_test.sh BUILD_DIR CONSUMER_SOURCE_DIR [EXTRA_CXXFLAGS [CXX [TOOLCHAIN_FILE [EMULATOR...]]]]
+# In a cross-build, CXX is the cross compiler, TOOLCHAIN_FILE the build's
+# toolchain file and EMULATOR the command that runs the target's programs
+# (the target's dynamic loader under qemu-user, see
+# cmake/toolchains/debian-cross.cmake).
 set -euo pipefail
-build=$1; src=$2; extra=${3:-}
+build=$1; src=$2; extra=${3:-}; cxx=${4:-g++}; toolchain=${5:-}
+emulator=("${@:6}")
 unset LD_LIBRARY_PATH
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -19,6 +24,13 @@ libdir=$(dirname "$lib")
 
 fail() { echo "consumer_test: $*" >&2; exit 1; }
 
+# The shared libraries a library loads and where they are found: ldd, or in
+# a cross-build the target's loader under the emulator, which lists them
+# the same way.
+list_libraries() {
+  if [ ${#emulator[@]} -gt 0 ]; then "${emulator[@]}" --list "$1"; else ldd "$1"; fi
+}
+
 # Run paths: relative ($ORIGIN) only.
 runpath() { readelf -d "$1" | sed -n 's/.*(RUNPATH).*\[\(.*\)\]/\1/p'; }
 [ "$(runpath "$(readlink -f "$lib")")" = '$ORIGIN' ] || fail "libzansong.so run path: $(runpath "$lib")"
@@ -29,27 +41,38 @@ while IFS= read -r -d '' f; do
     fail "absolute run path in $f: $(runpath "$f")"
   fi
 done < <(find "$prefix" -type f -print0)
-ldd "$lib" | grep -q "libzanmsg.so => $libdir/libzanmsg.so" \
-  || fail "libzansong.so does not find libzanmsg.so beside it: $(ldd "$lib")"
+list_libraries "$lib" | grep -q "libzanmsg.so => $libdir/libzanmsg.so" \
+  || fail "libzansong.so does not find libzanmsg.so beside it: $(list_libraries "$lib")"
 
 # With find_package.
-cmake -S "$src" -B "$work/cmake-build" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" \
-      -DCMAKE_CXX_FLAGS="$extra" >/dev/null
+cmake_args=(-DCMAKE_PREFIX_PATH="$prefix")
+if [ -n "$toolchain" ]; then
+  # A cross toolchain searches only its target tree; name the package's
+  # folder directly.
+  cross_root=$(sed -n 's/^ZANSONG_CROSS_ROOT:[A-Z]*=//p' "$build/CMakeCache.txt")
+  cmake_args=(-DCMAKE_TOOLCHAIN_FILE="$toolchain" -DZANSONG_CROSS_ROOT="$cross_root"
+              -Dzansong_DIR="$libdir/cmake/zansong")
+fi
+cmake -S "$src" -B "$work/cmake-build" -G Ninja -DCMAKE_CXX_COMPILER="$cxx" \
+      "${cmake_args[@]}" -DCMAKE_CXX_FLAGS="$extra" >/dev/null
 cmake --build "$work/cmake-build" >/dev/null
-"$work/cmake-build/consumer"
+"${emulator[@]}" "$work/cmake-build/consumer"
 
 # With pkg-config; the consumer names the prefix's library directory as its
-# own run path, as a program built against a private prefix does.
+# own run path, as a program built against a private prefix does.  The
+# build's own linker flags come too: in a cross-build they tell the linker
+# where the target's libraries are.
 export PKG_CONFIG_PATH="$libdir/pkgconfig"
+ldflags=$(sed -n 's/^CMAKE_EXE_LINKER_FLAGS:STRING=//p' "$build/CMakeCache.txt")
 # shellcheck disable=SC2046,SC2086
-g++ -std=c++17 $extra -o "$work/consumer-pc" "$src/consumer.cpp" $(pkg-config --cflags --libs zansong) \
-    -Wl,-rpath,"$(pkg-config --variable=libdir zansong)"
-"$work/consumer-pc"
+"$cxx" -std=c++17 $extra -o "$work/consumer-pc" "$src/consumer.cpp" $(pkg-config --cflags --libs zansong) \
+    $ldflags -Wl,-rpath,"$(pkg-config --variable=libdir zansong)"
+"${emulator[@]}" "$work/consumer-pc"
 
 # The installed command-line host, from its prefix.
-"$prefix/bin/zanfm" --help >"$work/help.txt" || fail "zanfm --help: $(cat "$work/help.txt")"
+"${emulator[@]}" "$prefix/bin/zanfm" --help >"$work/help.txt" || fail "zanfm --help: $(cat "$work/help.txt")"
 grep -q 'demo' "$work/help.txt" || fail "zanfm --help shows no demo"
-"$prefix/bin/zanfm" demo "$work/demo" >"$work/demo.txt" 2>&1 \
+"${emulator[@]}" "$prefix/bin/zanfm" demo "$work/demo" >"$work/demo.txt" 2>&1 \
   || fail "zanfm demo failed: $(tail -n 20 "$work/demo.txt")"
 grep -q 'registered   #12 Classics/04 Prelude.mid' "$work/demo.txt" \
   || fail "zanfm demo did not register the changes: $(tail -n 20 "$work/demo.txt")"
