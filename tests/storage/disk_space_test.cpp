@@ -1,13 +1,15 @@
 // Free-space tests and the free-space text.
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/statfs.h>
-#include <unistd.h>
 
 #include <climits>
+#include <functional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "storage/disk_free_text.h"
+#include "support/child_process.h"
 #include "support/device_image.h"
 #include "zansong/storage/files.h"
 
@@ -54,10 +56,7 @@ class DiskSpaceTest : public DeviceTest {
   // A sparse file of the given size, taking no space.
   std::string Sparse(const std::string& name, long long size) {
     std::string path = dir_ + name;
-    int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
-    EXPECT_GE(fd, 0);
-    EXPECT_EQ(ftruncate(fd, size), 0);
-    close(fd);
+    EXPECT_TRUE(zansong_test::MakeSparseFile(path, size));
     return path;
   }
   std::string dir_;
@@ -132,6 +131,61 @@ TEST_F(DiskSpaceTest, DiskSize) {
   EXPECT_EQ(GetDiskSize(dir_.c_str()),
             static_cast<long long>(fs.f_blocks) * static_cast<long long>(fs.f_bsize));
   EXPECT_EQ(GetDiskSize("/no/such/dir/"), 0);
+}
+
+// On a file system of exactly 8 GiB, free space and file sizes above 4 GiB
+// (more than 32 bits hold) are counted in full.  The file system is a
+// tmpfs that only a child process sees; sparse files take none of its
+// space.  The child ends with the number of the first check that fails.
+TEST_F(DiskSpaceTest, SizesAndFreeSpaceAboveFourGibibytes) {
+  constexpr long long kGiB = 1LL << 30;
+  constexpr long long kMiB = 1LL << 20;
+  const std::string fs = dir_ + "eight/";
+  MakeDirs(fs);
+  auto sparse = [&fs](const char* name, long long size) {
+    const std::string path = fs + name;
+    return zansong_test::MakeSparseFile(path, size) ? path : std::string("/no/such/file");
+  };
+  const std::vector<std::pair<const char*, std::function<bool()>>> checks = {
+      {"size of the file system", [&] { return GetDiskSize(fs.c_str()) == 8 * kGiB; }},
+      {"free space stored",
+       [&] {
+         long long free = 0;
+         return CheckAndGetDiskFree(fs.c_str(), 0, free) == 1 && free == 8 * kGiB;
+       }},
+      {"free-space text",
+       [&] { return std::string(GetDiskFreeString(fs.c_str()).c_str()) == "8.0 GB"; }},
+      {"need just below and at the free space",
+       [&] {
+         return CheckDiskFree(fs.c_str(), 8 * kGiB - 1) == 1 &&
+                CheckDiskFree(fs.c_str(), 8 * kGiB) == 0;
+       }},
+      {"one file of 5 GiB fits",
+       [&] { return CheckDiskFree(fs.c_str(), sparse("a", 5 * kGiB + 1).c_str(), "") == 1; }},
+      {"5 GiB and 3 GiB less 2 MiB fit with the margin",
+       [&] {
+         return CheckDiskFree(fs.c_str(), (fs + "a").c_str(),
+                              sparse("b", 3 * kGiB - 2 * kMiB).c_str()) == 1;
+       }},
+      {"5 GiB and 3 GiB do not fit",
+       [&] {
+         return CheckDiskFree(fs.c_str(), (fs + "a").c_str(), sparse("c", 3 * kGiB).c_str()) == 0;
+       }},
+  };
+  const int failed = zansong_test::RunInChild([&] {
+    if (!zansong_test::MountTmpfsForThisProcess(fs, "8g")) return zansong_test::kChildSetupFailed;
+    for (size_t i = 0; i < checks.size(); ++i) {
+      if (!checks[i].second()) return static_cast<int>(i) + 1;
+    }
+    return 0;
+  });
+  if (failed == zansong_test::kChildSetupFailed) {
+    GTEST_SKIP() << "no tmpfs can be mounted here (needs root or user namespaces)";
+  }
+  ASSERT_GE(failed, 0) << "the child did not end normally";
+  const bool known = failed >= 1 && static_cast<size_t>(failed) <= checks.size();
+  EXPECT_EQ(failed, 0) << "failed: "
+                       << (known ? checks[static_cast<size_t>(failed) - 1].first : "(unknown)");
 }
 
 TEST_F(DiskSpaceTest, FreeStringOfMissingDirectory) {

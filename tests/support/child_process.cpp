@@ -21,6 +21,13 @@ std::string WithoutFinalSlashes(std::string path) {
   return path;
 }
 
+// Moves this process into a mount namespace of its own that passes no new
+// mounts back to the parent's.  nsFlags: the extra namespaces to unshare.
+bool EnterPrivateMountNamespace(int nsFlags) {
+  return unshare(CLONE_NEWNS | nsFlags) == 0 &&
+         mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+}
+
 }  // namespace
 
 int RunInChild(const std::function<int()>& fn) {
@@ -51,12 +58,16 @@ bool DropToNobody() {
 
 bool MakeDirReadOnlyForThisProcess(const std::string& dir) {
   if (geteuid() != 0) return chmod(dir.c_str(), 0555) == 0;
-  // The namespace must not pass the new mounts back to the parent's, hence
-  // the private propagation before the bind mount.
-  return unshare(CLONE_NEWNS) == 0 &&
-         mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+  return EnterPrivateMountNamespace(0) &&
          mount(dir.c_str(), dir.c_str(), nullptr, MS_BIND, nullptr) == 0 &&
          mount(nullptr, dir.c_str(), nullptr, MS_BIND | MS_REMOUNT | MS_RDONLY, nullptr) == 0;
+}
+
+bool MountTmpfsForThisProcess(const std::string& dir, const std::string& size) {
+  const int nsFlags = geteuid() == 0 ? 0 : CLONE_NEWUSER;
+  const std::string options = "size=" + size + ",mode=0777";
+  return EnterPrivateMountNamespace(nsFlags) &&
+         mount("tmpfs", dir.c_str(), "tmpfs", 0, options.c_str()) == 0;
 }
 
 bool OpenPathToOthers(const std::string& dir, const std::string& top) {

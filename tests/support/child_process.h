@@ -21,6 +21,12 @@
 //    ordinary user it is chmod 0555, which lasts beyond the process: the
 //    test's temporary tree must be able to cope with it (DeviceImage does).
 //    Returns true on success.
+//  - MountTmpfsForThisProcess(dir, size) mounts a fresh tmpfs of the given
+//    size (mount's size= text, such as "8g") on dir, seen by this process
+//    (and children it forks afterwards) only: in a private mount namespace,
+//    as root, or else in a user namespace of its own, where an ordinary user
+//    may mount a tmpfs when the kernel allows such namespaces.  Returns true
+//    on success.
 //
 // RunAsNobody(fn) is RunInChild with DropToNobody() first; a child that
 // cannot drop its privileges ends with kChildSetupFailed.  A child that
@@ -46,6 +52,7 @@ int RunAsNobody(const std::function<int()>& fn);
 
 bool DropToNobody();
 bool MakeDirReadOnlyForThisProcess(const std::string& dir);
+bool MountTmpfsForThisProcess(const std::string& dir, const std::string& size);
 
 bool OpenPathToOthers(const std::string& dir, const std::string& top);
 

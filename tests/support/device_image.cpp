@@ -1,6 +1,8 @@
 #include "support/device_image.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdlib>
@@ -73,6 +75,19 @@ void MakeDirs(const std::string& path) {
       }
     }
   }
+}
+
+bool MakeSparseFile(const std::string& path, long long size) {
+  const int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
+  if (fd < 0) return false;
+  const bool sized = ftruncate(fd, static_cast<off_t>(size)) == 0;
+  return close(fd) == 0 && sized;
+}
+
+bool SetFileTimes(const std::string& path, long long seconds) {
+  const struct timespec times[2] = {{static_cast<time_t>(seconds), 0},
+                                    {static_cast<time_t>(seconds), 0}};
+  return utimensat(AT_FDCWD, path.c_str(), times, 0) == 0;
 }
 
 }  // namespace zansong_test

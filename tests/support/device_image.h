@@ -49,6 +49,12 @@ std::string ReadFile(const std::string& path);
 bool PathExists(const std::string& path);
 // mkdir -p.
 void MakeDirs(const std::string& path);
+// Creates (or truncates) path as a sparse file of size bytes, which takes
+// no space on disk; false when that fails.
+bool MakeSparseFile(const std::string& path, long long size);
+// Sets the access and modification times of path to seconds since the
+// epoch (64-bit: dates after 2038 too); false when that fails.
+bool SetFileTimes(const std::string& path, long long seconds);
 
 }  // namespace zansong_test
 
