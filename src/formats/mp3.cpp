@@ -92,5 +92,5 @@ int MakePlayTime(int fileSize, MP3INF* info) {
 int64_t GetFileSize(const char* path) {
   struct stat st;
   if (path == nullptr || ::stat(path, &st) != 0) return 0;
-  return static_cast<int32_t>(static_cast<uint32_t>(st.st_size));
+  return static_cast<int64_t>(st.st_size);
 }

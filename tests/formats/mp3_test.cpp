@@ -153,6 +153,14 @@ TEST_F(Mp3Test, GetFileSize) {
   EXPECT_EQ(GetFileSize(nullptr), 0);
 }
 
+TEST_F(Mp3Test, GetFileSizeAboveTwoAndFourGibibytes) {
+  const std::string path = image_.SongRoot() + "big.mp3";
+  for (long long size : {(1LL << 31) + 1, (1LL << 32) + 3, 5LL << 30}) {
+    ASSERT_TRUE(MakeSparseFile(path, size));
+    EXPECT_EQ(GetFileSize(path.c_str()), size);
+  }
+}
+
 TEST_F(Mp3Test, PlayTimeOfAGeneratedFile) {
   Mp3Frame frame;  // MPEG-1 Layer III, 128 kbit/s
   std::string path = Put(BuildMp3(frame, 160000, nullptr));

@@ -18,8 +18,8 @@
 // MakePlayTime(fileSize, info): fileSize / (bitrate in kbit/s / 8) from the
 //   standard MPEG audio bitrate tables; 0 for bitrate index 0 or above 14
 //   and for layer code 0.
-// GetFileSize(path): the size from stat as its low 32 bits, sign-extended;
-//   0 when stat fails.
+// GetFileSize(path): the size from stat, all 64 bits (a file above 2 GiB
+//   reads as its size, on 32-bit processors too); 0 when stat fails.
 #ifndef ZANSONG_FORMATS_AUDIO_H_
 #define ZANSONG_FORMATS_AUDIO_H_
 
