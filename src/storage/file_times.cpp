@@ -47,7 +47,8 @@ int SetModifyTime(const char* path, const char* timeText, bool isEpoch) {
   if (timeText == nullptr) timeText = "";
   char text[kTimeTextSize] = {};
   if (isEpoch) {
-    time_t seconds = std::atoi(timeText);
+    // All 64 bits, so that dates after 2038 can be given.
+    time_t seconds = static_cast<time_t>(std::strtoll(timeText, nullptr, 10));
     struct tm local;
     if (::localtime_r(&seconds, &local) != nullptr) {
       std::strftime(text, sizeof(text), kTimeFormat, &local);

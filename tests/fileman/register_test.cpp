@@ -8,6 +8,7 @@
 #include "fileman/register_test_helpers.h"
 #include "support/device_image.h"
 #include "support/stdout_capture.h"
+#include "support/utc_zone.h"
 #include "zansong/async/cancel.h"
 #include "zansong/fileman/messages.h"
 #include "zansong/fileman/register.h"
@@ -100,6 +101,24 @@ TEST_F(RegisterTest, TouchedFileGetsNewIdAndOrder) {
   ASSERT_EQ(0, Register(root, "", 0));
   EXPECT_EQ(QueryRows(SongDb(), "SELECT song_id,disp_order FROM song ORDER BY song_id"),
             (std::vector<std::string>{"2|2", "3|3", "4|1"}));
+}
+
+TEST_F(RegisterTest, FileDatedAfter2038KeepsItsRowUntilItChanges) {
+  UtcZone utc;
+  const std::string root = image_.SongRoot();
+  const char kRow[] = "SELECT song_id,mtime FROM song WHERE midi_path='A/1.mid'";
+  MakeDirs(root + "A");
+  WriteSongFile(root + "A/1.mid", "One");
+  WriteSongFile(root + "A/2.mid", "Two");
+  // 2040-02-29 12:34:56 UTC, then one second later: both beyond a signed
+  // 32-bit time.
+  SetModifyTime(root + "A/1.mid", 2214131696LL);
+  ASSERT_EQ(0, Register(root, "", 1));
+  ASSERT_EQ(0, Register(root, "", 1));
+  EXPECT_EQ(QueryRows(SongDb(), kRow), (std::vector<std::string>{"1|Wed Feb 29 12:34:56 2040"}));
+  SetModifyTime(root + "A/1.mid", 2214131697LL);
+  ASSERT_EQ(0, Register(root, "", 1));
+  EXPECT_EQ(QueryRows(SongDb(), kRow), (std::vector<std::string>{"3|Wed Feb 29 12:34:57 2040"}));
 }
 
 TEST_F(RegisterTest, RemovedFileLosesRowAndPlaylistEntries) {

@@ -2,14 +2,15 @@
 #ifndef ZANSONG_TESTS_FILEMAN_REGISTER_TEST_HELPERS_H_
 #define ZANSONG_TESTS_FILEMAN_REGISTER_TEST_HELPERS_H_
 
+#include <gtest/gtest.h>
 #include <sqlite3.h>
-#include <utime.h>
 
 #include <string>
 #include <vector>
 
 #include "samplefiles/midi_writer.h"
 #include "samplefiles/wav_writer.h"
+#include "support/device_image.h"
 
 namespace zansong_test {
 
@@ -43,11 +44,8 @@ inline void WriteWavSong(const std::string& path, int milliseconds) {
   WriteWavFile(path, wav);
 }
 
-inline void SetModifyTime(const std::string& path, long seconds) {
-  struct utimbuf times;
-  times.actime = seconds;
-  times.modtime = seconds;
-  utime(path.c_str(), &times);
+inline void SetModifyTime(const std::string& path, long long seconds) {
+  EXPECT_TRUE(SetFileTimes(path, seconds)) << path;
 }
 
 // Every row of sql on the catalogue file db, columns joined by "|".

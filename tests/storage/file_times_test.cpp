@@ -2,12 +2,12 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <cstdlib>
 #include <ctime>
 #include <string>
 
 #include "support/device_image.h"
 #include "support/stdout_capture.h"
+#include "support/utc_zone.h"
 #include "zansong/storage/files.h"
 
 namespace {
@@ -21,22 +21,9 @@ using zansong_test::WriteFile;
 class TimesTest : public DeviceTest {
  protected:
   void SetUp() override {
-    const char* tz = std::getenv("TZ");
-    hadZone_ = tz != nullptr;
-    if (hadZone_) oldZone_ = tz;
-    setenv("TZ", "UTC", 1);
-    tzset();
     dir_ = image_.Path("/tmp/times/");
     MakeDirs(dir_);
     WriteFile(P("f"), "x");
-  }
-  void TearDown() override {
-    if (hadZone_) {
-      setenv("TZ", oldZone_.c_str(), 1);
-    } else {
-      unsetenv("TZ");
-    }
-    tzset();
   }
   std::string P(const std::string& name) { return dir_ + name; }
   struct stat Stat(const std::string& name) {
@@ -44,10 +31,13 @@ class TimesTest : public DeviceTest {
     stat(P(name).c_str(), &st);
     return st;
   }
+  zansong_test::UtcZone utc_;
   std::string dir_;
-  bool hadZone_ = false;
-  std::string oldZone_;
 };
+
+// 2040-02-29 12:34:56 UTC: after 2038, beyond what a signed 32-bit time
+// holds.
+constexpr long long k2040 = 2214131696LL;
 
 TEST_F(TimesTest, EpochFormSetsBothTimes) {
   EXPECT_EQ(SetModifyTime(P("f").c_str(), "1700000000", true), 0);
@@ -93,6 +83,23 @@ TEST_F(TimesTest, CreateTimeIsStatusChangeTime) {
   SetModifyTime(P("f").c_str(), "0", true);
   EXPECT_NE(std::string(GetCreateTime(P("f").c_str()).c_str()), "Thu Jan  1 00:00:00 1970");
   EXPECT_EQ(std::string(GetModifyTime(P("f").c_str()).c_str()), "Thu Jan  1 00:00:00 1970");
+}
+
+TEST_F(TimesTest, ModifyTimeAfter2038IsReadAsText) {
+  ASSERT_TRUE(zansong_test::SetFileTimes(P("f"), k2040));
+  EXPECT_EQ(std::string(GetModifyTime(P("f").c_str()).c_str()), "Wed Feb 29 12:34:56 2040");
+}
+
+TEST_F(TimesTest, TextAfter2038SetsTheTime) {
+  EXPECT_EQ(SetModifyTime(P("f").c_str(), "Wed Feb  29 12:34:56 2040", false), 0);
+  EXPECT_EQ(Stat("f").st_mtime, k2040);
+  EXPECT_EQ(Stat("f").st_atime, k2040);
+}
+
+TEST_F(TimesTest, EpochSecondsAfter2038SetTheTime) {
+  EXPECT_EQ(SetModifyTime(P("f").c_str(), "2214131696", true), 0);
+  EXPECT_EQ(Stat("f").st_mtime, k2040);
+  EXPECT_EQ(std::string(GetModifyTime(P("f").c_str()).c_str()), "Wed Feb 29 12:34:56 2040");
 }
 
 TEST_F(TimesTest, TextHasNoLineEnd) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "support/device_image.h"
+#include "support/utc_zone.h"
 #include "zansong/storage/files.h"
 #include "zansong/storage/scan.h"
 
@@ -34,6 +35,17 @@ class SongCacheTest : public DeviceTest {
 TEST_F(SongCacheTest, MidiAloneIsSmf) {
   std::string midi = Touch("album/a.mid");
   EXPECT_EQ("album/a.mid\t\tSMF\t" + Time("album/a.mid"), Line(GetSongCache(midi.c_str(), start_)));
+}
+
+TEST_F(SongCacheTest, TimeAfter2038IsTheFilesTime) {
+  zansong_test::UtcZone utc;
+  std::string midi = Touch("album/a.mid");
+  // 2040-02-29 12:34:56 UTC, beyond a signed 32-bit time.
+  ASSERT_TRUE(zansong_test::SetFileTimes(midi, 2214131696LL));
+  EXPECT_EQ("album/a.mid\t\tSMF\tWed Feb 29 12:34:56 2040",
+            Line(GetSongCache(midi.c_str(), start_)));
+  EXPECT_EQ("album/a.mid\t\tSMF\tWed Feb 29 12:34:56 2040",
+            Line(GetSongCache2(midi.c_str(), "", start_, 0)));
 }
 
 TEST_F(SongCacheTest, WavCompanionWinsOverMp3) {

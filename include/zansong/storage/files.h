@@ -145,7 +145,8 @@ ZANSONG_EXPORT TSString GetMD5(const char* path);
 ZANSONG_EXPORT TSString GetCreateTime(const char* path);
 ZANSONG_EXPORT TSString GetModifyTime(const char* path);
 // Sets the access and modification times of path.  With isEpoch, timeText
-// is decimal seconds since the epoch; otherwise it is local time in the
+// is decimal seconds since the epoch (64-bit: dates after 2038 too; an
+// overlong number saturates); otherwise it is local time in the
 // form "%a %b  %d %H:%M:%S %Y" (two blanks after the month).  When the text
 // does not parse, prints "\xC2\xA5nstrptime failed\xC2\xA5n" and uses what
 // was parsed.  Always returns 0.
