@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstdlib>
 
 #include "common/handles.h"
@@ -20,7 +21,12 @@ bool WholeFile::Load(const char* path) {
   FileDescriptor fd(::open(path, O_RDONLY | O_CLOEXEC));
   if (!fd.valid()) return false;
   struct stat st;
-  if (::fstat(fd.get(), &st) != 0 || st.st_size < 0) return false;
+  // A file larger than the address space (4 GiB on 32-bit processors)
+  // cannot be held; its size must not wrap around to a small one.
+  if (::fstat(fd.get(), &st) != 0 || st.st_size < 0 ||
+      static_cast<uint64_t>(st.st_size) > SIZE_MAX) {
+    return false;
+  }
   size_t want = static_cast<size_t>(st.st_size);
   unsigned char* buffer = static_cast<unsigned char*>(std::malloc(want == 0 ? 1 : want));
   if (buffer == nullptr) return false;
