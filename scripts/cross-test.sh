@@ -6,7 +6,10 @@
 # Installs whatever is missing first (scripts/install-deps.sh for the tools
 # of this machine, scripts/install-cross-deps.sh for the cross compilers,
 # qemu-user and the target's libraries).  Benchmarks and fuzz targets are
-# not built: they measure and search on this machine's own build.
+# not built: they measure and search on this machine's own build.  Each test
+# program runs as 4 CTest tests of a share of its tests each (sharding; set
+# TEST_SHARDS=0 for one CTest test per test), since every start of a
+# program under the emulator costs about half a second.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -22,7 +25,7 @@ before=$(ls -ld "${real_paths[@]}" 2>/dev/null || true)
 
 cmake -S . -B "$build" -G Ninja -DZANSONG_WERROR=ON -DCMAKE_BUILD_TYPE=RelWithDebInfo \
   -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/toolchains/$arch.cmake" \
-  -DZANSONG_BUILD_BENCH=OFF -DZANSONG_BUILD_FUZZ=OFF
+  -DZANSONG_BUILD_BENCH=OFF -DZANSONG_BUILD_FUZZ=OFF -DZANSONG_TEST_SHARDS="${TEST_SHARDS:-4}"
 cmake --build "$build"
 ctest --test-dir "$build" --output-on-failure -j"$(nproc)"
 
