@@ -5,33 +5,13 @@
 #   scripts/cross-test.sh arm64      64-bit ARM (build-arm64/)
 # Installs whatever is missing first (scripts/install-deps.sh for the tools
 # of this machine, scripts/install-cross-deps.sh for the cross compilers,
-# qemu-user and the target's libraries).  Benchmarks and fuzz targets are
-# not built: they measure and search on this machine's own build.  Each test
-# program runs as 4 CTest tests of a share of its tests each (sharding; set
-# TEST_SHARDS=0 for one CTest test per test), since every start of a
-# program under the emulator costs about half a second.
+# qemu-user and the target's libraries), then builds and tests as
+# scripts/test.sh does; see there and docs/porting.md.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-[ $# -eq 1 ] && { [ "$1" = armhf ] || [ "$1" = arm64 ]; } ||
-  { echo "usage: cross-test.sh armhf|arm64" >&2; exit 2; }
-arch=$1
-./scripts/install-deps.sh
-./scripts/install-cross-deps.sh "$arch"
-
-build=${BUILD_DIR:-build-$arch}
-real_paths=(/usr/local/songs /var/volatile /tmp/.zansong.db /usr/local/www/ctrl/song.json)
-before=$(ls -ld "${real_paths[@]}" 2>/dev/null || true)
-
-cmake -S . -B "$build" -G Ninja -DZANSONG_WERROR=ON -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-  -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/toolchains/$arch.cmake" \
-  -DZANSONG_BUILD_BENCH=OFF -DZANSONG_BUILD_FUZZ=OFF -DZANSONG_TEST_SHARDS="${TEST_SHARDS:-4}"
-cmake --build "$build"
-ctest --test-dir "$build" --output-on-failure -j"$(nproc)"
-
-after=$(ls -ld "${real_paths[@]}" 2>/dev/null || true)
-if [ "$before" != "$after" ]; then
-  echo "The tests changed the instrument's real paths:" >&2
-  echo "$after" >&2
-  exit 1
+if [ $# -ne 1 ] || { [ "$1" != armhf ] && [ "$1" != arm64 ]; }; then
+  echo "usage: cross-test.sh armhf|arm64" >&2
+  exit 2
 fi
+CROSS=$1 exec ./scripts/test.sh
