@@ -6,11 +6,15 @@
 # library's internal namespaces.
 #   exported_symbols_test.sh LIBRARY LIST          compare
 #   exported_symbols_test.sh LIBRARY LIST --write  rewrite LIST from LIBRARY
+# NM names the nm program to use (default nm; a cross-build passes its
+# target's).  LIST is exported_symbols.txt for a 64-bit library,
+# exported_symbols_32bit.txt for a 32-bit one.
 set -euo pipefail
 lib=$1; list=$2; mode=${3:-}
+nm=${NM:-nm}
 
 # nm prints "ADDRESS TYPE NAME"; the demangled name may hold spaces.
-actual=$(nm -D --defined-only -C "$lib" | cut -d' ' -f3- | LC_ALL=C sort)
+actual=$("$nm" -D --defined-only -C "$lib" | cut -d' ' -f3- | LC_ALL=C sort)
 
 if [ "$mode" = --write ]; then
   printf '%s\n' "$actual" >"$list"
