@@ -43,13 +43,22 @@ const char* Architecture() {
 
 using Layout = std::vector<std::pair<std::string, size_t>>;
 
-// The size and alignment of a structure, then the offset of each member
-// named, as "sizeof(S)", "alignof(S)" and "S.member".
+// The size and alignment of a structure or class, as "sizeof(S)" and
+// "alignof(S)": what a program that creates one (on its stack, say) must
+// agree on with the library, also where the members are private.
+template <typename T>
+Layout Size(const char* name) {
+  return {{std::string("sizeof(") + name + ")", sizeof(T)},
+          {std::string("alignof(") + name + ")", alignof(T)}};
+}
+
+// Size, then the offset of each public member named, as "S.member".  The
+// offsets come from offsetof, which the compiler refuses for a type that is
+// not standard-layout (-Winvalid-offsetof, an error with -Werror) except
+// where that is allowed on purpose (TDBMan below).
 template <typename T>
 Layout Members(const char* name, std::initializer_list<std::pair<const char*, size_t>> offsets) {
-  static_assert(std::is_standard_layout<T>::value, "offsets need a standard-layout type");
-  Layout layout = {{std::string("sizeof(") + name + ")", sizeof(T)},
-                   {std::string("alignof(") + name + ")", alignof(T)}};
+  Layout layout = Size<T>(name);
   for (const auto& offset : offsets)
     layout.emplace_back(std::string(name) + "." + offset.first, offset.second);
   return layout;
@@ -93,10 +102,35 @@ Layout Members(const char* name, std::initializer_list<std::pair<const char*, si
 #define ZANSONG_LAYOUT(t, ...) \
   Members<t>(#t, {ZANSONG_JOIN(ZANSONG_EACH_, ZANSONG_COUNT(__VA_ARGS__))(t, __VA_ARGS__)})
 
-// Every exported structure, one line each.
+// TDBMan has a virtual destructor, so it is not standard-layout and offsetof
+// is only conditionally supported for it.  GCC gives the offsets all the
+// same for a class without virtual bases, and the host reads db, stmt,
+// dbPath and usbDbPath itself, so their places are part of the interface.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Winvalid-offsetof"
+Layout DbManLayout() {
+  static_assert(std::is_polymorphic<TDBMan>::value,
+                "TDBMan is standard-layout now: list it with ZANSONG_LAYOUT");
+  return ZANSONG_LAYOUT(TDBMan, db, stmt, dbPath, usbDbPath);
+}
+#pragma GCC diagnostic pop
+
+// Every exported structure and class, one line each: the offsets of the
+// members a program reads and writes itself, the size alone of the classes
+// whose data are private.
 std::vector<Layout> Layouts() {
   return {
-      Members<TSString>("TSString", {}),
+      Size<TSString>("TSString"),
+      Size<TSList>("TSList"),
+      Size<TSStringList>("TSStringList"),
+      Size<TSStringVector>("TSStringVector"),
+      Size<TTimeMan>("TTimeMan"),
+      DbManLayout(),
+      Size<TDBSongMan>("TDBSongMan"),
+      Size<SimpleDB>("SimpleDB"),
+      Size<TTrackData>("TTrackData"),
+      Size<TSmfData>("TSmfData"),
+      Size<TWaveData>("TWaveData"),
       ZANSONG_LAYOUT(SongInfo, title, midiPath, audioPath, format, mtime, albumPath, syncId,
                      performer, composer, tags, purchasedDate, genre, coverartPath, length),
       ZANSONG_LAYOUT(TSongPara, format, partMode, title, titleStart, titleEnd, notice, text,
