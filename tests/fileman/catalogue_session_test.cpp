@@ -61,8 +61,9 @@ TEST_F(CatalogueSessionTest, TheEndOfTheSessionCommitsTheBatchAndCloses) {
     ASSERT_TRUE(session.ok());
     session.batch().BeforeWrite();
     ASSERT_EQ(1, session.man().CreateAlbum("A", "A", "", "s"));
-    session.batch().AfterWrite();
-    // Within the batch's transaction: not yet seen by another connection.
+    // Within the batch's open transaction: not yet seen by another
+    // connection.  (AfterWrite is not called: it commits as soon as the
+    // write took longer than the hold budget, as it may on a slow machine.)
     EXPECT_EQ(0, Albums());
   }
   EXPECT_EQ(1, Albums());
