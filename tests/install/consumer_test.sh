@@ -41,8 +41,11 @@ while IFS= read -r -d '' f; do
     fail "absolute run path in $f: $(runpath "$f")"
   fi
 done < <(find "$prefix" -type f -print0)
-list_libraries "$lib" | grep -q "libzanmsg.so => $libdir/libzanmsg.so" \
-  || fail "libzansong.so does not find libzanmsg.so beside it: $(list_libraries "$lib")"
+# Read whole first: grep -q stops reading at the match, and a lister that
+# then writes into the closed pipe would fail the pipeline.
+libraries=$(list_libraries "$lib")
+grep -q "libzanmsg.so => $libdir/libzanmsg.so" <<<"$libraries" \
+  || fail "libzansong.so does not find libzanmsg.so beside it: $libraries"
 
 # With find_package.
 cmake_args=(-DCMAKE_PREFIX_PATH="$prefix")
