@@ -3,6 +3,7 @@
 // with WAV companions, on a disk-backed file system.
 //
 //   build/bench/register_bench [--benchmark_repetitions=3]
+//   build/bench/register_bench --lay-out SONGROOT   (only lays out the storage)
 //
 // Each case runs twice: with the registration's writes grouped into short
 // transactions (per_row:0) and with every statement committing on its own
@@ -76,23 +77,28 @@ std::string SongPath(const std::string& root, int n) {
          ".mid";
 }
 
+// Lays out the album directories and songs below root (ending in "/").
+void LayOut(const std::string& root) {
+  for (int a = 0; a < kAlbums; ++a)
+    ::mkdir((root + "Album" + std::to_string(1000 + a)).c_str(), 0777);
+  for (int n = 0; n < kSongs; ++n) {
+    samplefiles::SaveBytes(SongPath(root, n), SongBytes(n));
+    if (n % 50 == 0) {
+      samplefiles::WavSpec wav;
+      wav.dataBytes = 4000;
+      std::string p = SongPath(root, n);
+      samplefiles::WriteWavFile(p.substr(0, p.size() - 4) + ".wav", wav);
+    }
+  }
+}
+
 // One storage for the whole process.
 struct Storage {
   zansong_test::DeviceImage image;
   std::string root;
   Storage() {
     root = image.SongRoot();
-    for (int a = 0; a < kAlbums; ++a)
-      ::mkdir((root + "Album" + std::to_string(1000 + a)).c_str(), 0777);
-    for (int n = 0; n < kSongs; ++n) {
-      samplefiles::SaveBytes(SongPath(root, n), SongBytes(n));
-      if (n % 50 == 0) {
-        samplefiles::WavSpec wav;
-        wav.dataBytes = 4000;
-        std::string p = SongPath(root, n);
-        samplefiles::WriteWavFile(p.substr(0, p.size() - 4) + ".wav", wav);
-      }
-    }
+    LayOut(root);
   }
   void Register(int keepOrder) {
     zansong_test::StdoutCapture quiet;
@@ -232,4 +238,18 @@ BENCHMARK(BM_RegistrationAfterThirtyChanges)
 
 }  // namespace
 
-BENCHMARK_MAIN();
+// "--lay-out DIR" only lays out the storage below the song root DIR (for
+// measuring zanfm or a profiler on it) and runs no benchmark.
+int main(int argc, char** argv) {
+  if (argc == 3 && std::strcmp(argv[1], "--lay-out") == 0) {
+    std::string root = argv[2];
+    if (root.empty() || root.back() != '/') root += '/';
+    LayOut(root);
+    return 0;
+  }
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+  return 0;
+}
