@@ -48,6 +48,7 @@ void TSmfData::ClearLocations() {
 
 void TSmfData::Clear() {
   tracks_.clear();
+  file_.reset();
   ClearLocations();
 }
 
@@ -100,6 +101,7 @@ int TSmfData::LoadFromFile(const char* path, bool limit) {
     position += used;
     tracks_.push_back(std::move(track));
   }
+  file_ = file.Release();  // the tracks' data
   currentTick_ = 0;
   return 1;
 }

@@ -2,8 +2,10 @@
 // handling its events one delta time at a time.
 #include <unistd.h>
 
-#include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <new>
+#include <utility>
 
 #include "formats/smf_quantity.h"
 #include "zansong/common/convert.h"
@@ -21,16 +23,58 @@ void CopyText(char* dst, const unsigned char* text, uint32_t length, uint32_t ma
   dst[n] = '\0';
 }
 
+// Whether a channel status byte (0x80-0xEF) takes one data byte (program
+// change, channel pressure) rather than two.
+inline bool TakesOneDataByte(unsigned char status) { return (status & 0xE0) == 0xC0; }
+
+// For each status byte: the bit of its channel when it marks the channel as
+// carrying notes (note-on, velocity 0 too, and polyphonic key pressure),
+// else 0.
+struct NoteChannelBits {
+  uint16_t bit[256] = {};
+  constexpr NoteChannelBits() {
+    for (int status = 0x90; status < 0xB0; ++status) {
+      bit[status] = static_cast<uint16_t>(1u << (status & 0x0F));
+    }
+  }
+  constexpr uint16_t operator[](unsigned char status) const { return bit[status]; }
+};
+constexpr NoteChannelBits kNoteChannelBit;
+
 // Applies the channel message with status status whose data bytes start at
 // *position: moves past them and marks the channel of a note-on or key
 // pressure in notes.  false when the data bytes run past length.
 inline bool ApplyChannelMessage(unsigned char status, uint32_t length, uint32_t* position,
                                 uint32_t* notes) {
-  unsigned kind = status & 0xF0u;
-  uint32_t count = (kind == 0xC0 || kind == 0xD0) ? 1 : 2;
+  uint32_t count = TakesOneDataByte(status) ? 1 : 2;
   if (count > length - *position) return false;
-  if ((kind == 0x90 || kind == 0xA0) && notes != nullptr) notes[status & 0x0F] |= 1;
+  if (kNoteChannelBit[status] != 0 && notes != nullptr) notes[status & 0x0F] |= 1;
   *position += count;
+  return true;
+}
+
+// The longest event the walker's quick loop reads: a two-byte delta time,
+// a status byte and two data bytes.
+constexpr uint32_t kQuickEventBytes = 5;
+
+// Marks in notes (one word per channel) the channels whose bits are set in
+// channels.
+inline void MarkNoteChannels(uint32_t channels, uint32_t* notes) {
+  for (; channels != 0; channels &= channels - 1) notes[__builtin_ctz(channels)] |= 1;
+}
+
+// A variable-length quantity of one or two bytes at p (two bytes must be
+// readable there), read without branching on its length: the lengths of
+// delta times follow no pattern that a branch predictor could learn.
+// false (nothing stored) when the quantity is longer.
+inline bool ReadShortQuantity(const unsigned char* p, unsigned* value, uint32_t* count) {
+  const unsigned b0 = p[0];
+  const unsigned b1 = p[1];
+  const unsigned two = b0 >> 7;  // 1 when a second byte follows
+  if ((two & (b1 >> 7)) != 0) return false;
+  const unsigned both = 0u - two;  // all ones for a two-byte quantity
+  *value = (b0 & ~both) | ((((b0 & 0x7Fu) << 7) | b1) & both);
+  *count = 1 + two;
   return true;
 }
 
@@ -38,7 +82,7 @@ inline bool ApplyChannelMessage(unsigned char status, uint32_t length, uint32_t*
 
 TTrackData::TTrackData(TSmfData* owner, int index) : owner_(owner), index_(index) {}
 
-TTrackData::~TTrackData() { std::free(data_); }
+TTrackData::~TTrackData() = default;
 
 int TTrackData::LoadFromFileHandle(int fd, bool limit) {
   unsigned char header[8];
@@ -46,20 +90,17 @@ int TTrackData::LoadFromFileHandle(int fd, bool limit) {
   if (std::memcmp(header, "MTrk", 4) != 0) return 0;
   uint32_t length = BigToLittle4(header + 4);
   if (limit && length > kHeadLimit) length = kHeadLimit;
-  unsigned char* data = static_cast<unsigned char*>(std::malloc(length == 0 ? 1 : length));
+  std::unique_ptr<unsigned char[]> data(new (std::nothrow) unsigned char[length == 0 ? 1 : length]);
   if (data == nullptr) return 0;
   size_t got = 0;
   while (got < length) {
-    ssize_t n = ::read(fd, data + got, length - got);
+    ssize_t n = ::read(fd, data.get() + got, length - got);
     if (n <= 0) break;
     got += static_cast<size_t>(n);
   }
-  if (got != length) {
-    std::free(data);
-    return 0;
-  }
-  std::free(data_);
-  data_ = data;
+  if (got != length) return 0;
+  owned_ = std::move(data);
+  data_ = owned_.get();
   length_ = length;
   std::memcpy(header_, header, sizeof header);
   return 1;
@@ -70,11 +111,8 @@ int TTrackData::LoadFromMemory(const unsigned char* bytes, size_t size, bool lim
   uint32_t length = BigToLittle4(const_cast<unsigned char*>(bytes) + 4);
   if (limit && length > kHeadLimit) length = kHeadLimit;
   if (length > size - 8) return 0;
-  unsigned char* data = static_cast<unsigned char*>(std::malloc(length == 0 ? 1 : length));
-  if (data == nullptr) return 0;
-  std::memcpy(data, bytes + 8, length);
-  std::free(data_);
-  data_ = data;
+  owned_.reset();
+  data_ = bytes + 8;
   length_ = length;
   std::memcpy(header_, bytes, 8);
   *used = 8 + static_cast<size_t>(length);
@@ -126,7 +164,8 @@ int64_t TTrackData::DecDeltaTime(int64_t step, int trackIndex) {
   tick_ += step;
   // The loop works on local copies of the cursor state (stored back before
   // any other handler runs and on every way out), so that the compiler can
-  // keep them in registers while it walks the notes.
+  // keep them in registers while it walks the notes.  Channels that carry
+  // notes are gathered as bits of `noted` and marked in para when stored.
   const unsigned char* const data = data_;
   const uint32_t length = length_;
   uint32_t* const notes = owner_->para() != nullptr ? owner_->para()->channelNotes : nullptr;
@@ -134,54 +173,91 @@ int64_t TTrackData::DecDeltaTime(int64_t step, int trackIndex) {
   int64_t tick = tick_;
   int64_t absolute = absoluteTick_;
   unsigned char running = runningStatus_;
+  uint32_t noted = 0;
   auto store = [&] {
     position_ = position;
     tick_ = tick;
     absoluteTick_ = absolute;
     runningStatus_ = running;
+    if (notes != nullptr) MarkNoteChannels(noted, notes);
+    noted = 0;
   };
+  auto end = [&] {
+    store();
+    End();
+    return 0;
+  };
+  // The delta time at the cursor may have been read by the call before.
+  bool peeked = peekPosition_ == position;
+  // Up to here every event of the quick loop lies within the data: one
+  // delta time of at most two bytes, a status byte, two data bytes.
+  const uint32_t quickEnd = length > kQuickEventBytes ? length - kQuickEventBytes : 0;
 
   while (!ended_ && position < length) {
-    unsigned delta;
-    int n;
-    if (peekPosition_ == position) {
-      delta = peekValue_;
-      n = peekSize_;
-    } else {
-      n = zansong::ReadQuantity(data + position, length - position, &delta);
-      if (n == 0) {  // the delta time runs past the data
-        store();
-        End();
-        return 0;
+    // The quick loop: channel messages with short delta times, far from the
+    // end of the data.  It stops before anything else, leaving that event
+    // to the complete step below.
+    if (!peeked) {
+      while (position < quickEnd) {
+        unsigned delta;
+        uint32_t n;
+        if (!ReadShortQuantity(data + position, &delta, &n)) break;
+        if (tick < static_cast<int64_t>(delta)) break;
+        uint32_t at = position + n;
+        unsigned char status = data[at];
+        if (status >= 0x80) {
+          if (status >= 0xF0) break;
+          // A running status has been noted when its byte was read.
+          noted |= kNoteChannelBit[status];
+          ++at;
+        } else {
+          if (running == 0) break;
+          status = running;
+        }
+        running = status;
+        tick -= delta;
+        absolute += delta;
+        // A branch, not arithmetic on the byte just read, so that the next
+        // event's position is known before that byte arrives (the empty
+        // asm keeps the compiler from turning the branch into arithmetic).
+        if (TakesOneDataByte(status)) {
+          asm("");
+          position = at + 1;  // program change, channel pressure
+        } else {
+          position = at + 2;
+        }
       }
+    }
+    // The complete step: one event of any kind, anywhere in the data.
+    unsigned delta;
+    uint32_t n;
+    if (peeked) {
+      delta = peekValue_;
+      n = static_cast<uint32_t>(peekSize_);
+      peeked = false;
+    } else {
+      int size = zansong::ReadQuantity(data + position, length - position, &delta);
+      if (size == 0) return end();  // the delta time runs past the data
+      n = static_cast<uint32_t>(size);
     }
     if (tick < static_cast<int64_t>(delta)) {
       peekPosition_ = position;
       peekValue_ = delta;
-      peekSize_ = n;
+      peekSize_ = static_cast<int>(n);
       store();
       return static_cast<int64_t>(delta) - tick;
     }
-    position += static_cast<uint32_t>(n);
+    position += n;
     tick -= delta;
     absolute += delta;
-    if (position >= length) {  // a delta time with no event after it
-      store();
-      End();
-      return 0;
-    }
-    unsigned char first = data[position];
+    if (position >= length) return end();  // a delta time with no event after it
+    const unsigned char first = data[position];
     if (first < 0xF0 && (first >= 0x80 || running != 0)) {
-      // A channel message, by far the most common event.
       if (first >= 0x80) {
         running = first;
         ++position;
       }
-      if (!ApplyChannelMessage(running, length, &position, notes)) {
-        store();
-        End();
-        return 0;
-      }
+      if (!ApplyChannelMessage(running, length, &position, notes)) return end();
     } else {
       store();
       int handled;
@@ -198,11 +274,7 @@ int64_t TTrackData::DecDeltaTime(int64_t step, int trackIndex) {
       position = position_;
       running = runningStatus_;
     }
-    if (position >= length) {
-      store();
-      End();
-      return 0;
-    }
+    if (position >= length) return end();
   }
   store();
   return 0;

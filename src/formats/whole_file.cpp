@@ -5,17 +5,14 @@
 #include <unistd.h>
 
 #include <cstdint>
-#include <cstdlib>
+#include <new>
 
 #include "common/handles.h"
 
 namespace zansong {
 
-WholeFile::~WholeFile() { std::free(data_); }
-
 bool WholeFile::Load(const char* path) {
-  std::free(data_);
-  data_ = nullptr;
+  data_.reset();
   size_ = 0;
   if (path == nullptr) return false;
   FileDescriptor fd(::open(path, O_RDONLY | O_CLOEXEC));
@@ -28,19 +25,17 @@ bool WholeFile::Load(const char* path) {
     return false;
   }
   size_t want = static_cast<size_t>(st.st_size);
-  unsigned char* buffer = static_cast<unsigned char*>(std::malloc(want == 0 ? 1 : want));
+  // Not value-initialised: every byte that is used is read first.
+  std::unique_ptr<unsigned char[]> buffer(new (std::nothrow) unsigned char[want == 0 ? 1 : want]);
   if (buffer == nullptr) return false;
   size_t got = 0;
   while (got < want) {
-    ssize_t n = ::read(fd.get(), buffer + got, want - got);
-    if (n < 0) {
-      std::free(buffer);
-      return false;
-    }
+    ssize_t n = ::read(fd.get(), buffer.get() + got, want - got);
+    if (n < 0) return false;
     if (n == 0) break;
     got += static_cast<size_t>(n);
   }
-  data_ = buffer;
+  data_ = std::move(buffer);
   size_ = got;
   return true;
 }

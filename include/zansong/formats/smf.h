@@ -75,8 +75,10 @@ class ZANSONG_EXPORT TTrackData {
   // big-endian length; with limit, at most 1024 data bytes are kept (and
   // read).  1 when all of them arrived, else 0.
   int LoadFromFileHandle(int fd, bool limit);
-  // The same from bytes in memory; on success *used is the number of bytes
-  // taken (header and kept data).
+  // The same from bytes in memory, which the track refers to without
+  // copying them: they must stay in place until the track is loaded again
+  // or destroyed.  On success *used is the number of bytes taken (header
+  // and kept data).
   int LoadFromMemory(const unsigned char* bytes, size_t size, bool limit, size_t* used);
 
   // Cursor to the start, tick counter -1, running status and flags cleared.
@@ -134,7 +136,8 @@ class ZANSONG_EXPORT TTrackData {
   int peekSize_ = 0;
   bool ended_ = false;
   uint32_t length_ = 0;
-  unsigned char* data_ = nullptr;
+  const unsigned char* data_ = nullptr;     // the track's data
+  std::unique_ptr<unsigned char[]> owned_;  // data read from a file handle
   unsigned char header_[8] = {};
 };
 
@@ -205,6 +208,9 @@ class ZANSONG_EXPORT TSmfData {
 
  private:
   ZANSONG_HIDDEN void ClearLocations();
+
+  // The whole file as read; the tracks refer to their data in it.
+  std::unique_ptr<unsigned char[]> file_;
 
   struct DeferredEvent {
     int64_t tick;
