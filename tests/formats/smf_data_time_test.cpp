@@ -69,6 +69,38 @@ TEST_F(SmfTimeTest, RunningStatusEventsAreReadWithTheirDeltas) {
   EXPECT_EQ(p.channelNotes[4], 0u);
 }
 
+TEST_F(SmfTimeTest, ChannelMessagesAreReadAlikeInTheMiddleAndAtTheEndOfATrack) {
+  // Tracks of 1 to 14 channel messages that end with their last message
+  // (no end-of-track event), so that every message lies once within the
+  // last few bytes of the data: one- and two-byte delta times, one and two
+  // data bytes, with and without running status.
+  for (bool running : {false, true}) {
+    for (int count = 1; count <= 14; ++count) {
+      MidiTrack t;
+      t.SetRunningStatus(running);
+      t.Tempo(0, 480000);
+      int ticks = 0;
+      for (int i = 0; i < count; ++i) {
+        const uint32_t delta = i % 3 == 0 ? 200 : 7;  // 200 takes two bytes
+        ticks += static_cast<int>(delta);
+        if (i % 4 == 1) {
+          t.Program(delta, 5, i);
+        } else if (i % 4 == 3) {
+          t.KeyPressure(delta, 6, 60, i);
+        } else {
+          t.NoteOn(delta, 2, 60 + i, i % 2 == 0 ? 90 : 0);
+        }
+      }
+      TSongPara p = Info(Format0(t));
+      SCOPED_TRACE(std::to_string(count) + (running ? " with running status" : ""));
+      EXPECT_EQ(p.totalTimeMs, ticks);
+      EXPECT_EQ(p.channelNotes[2], 1u);
+      EXPECT_EQ(p.channelNotes[5], 0u);
+      EXPECT_EQ(p.channelNotes[6], count >= 4 ? 1u : 0u);
+    }
+  }
+}
+
 TEST_F(SmfTimeTest, SystemExclusiveEventsOfBothKindsAreSkipped) {
   MidiTrack t;
   t.Tempo(0, 480000)
