@@ -63,19 +63,63 @@ inline void MarkNoteChannels(uint32_t channels, uint32_t* notes) {
   for (; channels != 0; channels &= channels - 1) notes[__builtin_ctz(channels)] |= 1;
 }
 
-// A variable-length quantity of one or two bytes at p (two bytes must be
-// readable there), read without branching on its length: the lengths of
-// delta times follow no pattern that a branch predictor could learn.
-// false (nothing stored) when the quantity is longer.
-inline bool ReadShortQuantity(const unsigned char* p, unsigned* value, uint32_t* count) {
-  const unsigned b0 = p[0];
-  const unsigned b1 = p[1];
-  const unsigned two = b0 >> 7;  // 1 when a second byte follows
-  if ((two & (b1 >> 7)) != 0) return false;
-  const unsigned both = 0u - two;  // all ones for a two-byte quantity
-  *value = (b0 & ~both) | ((((b0 & 0x7Fu) << 7) | b1) & both);
-  *count = 1 + two;
-  return true;
+// The walker's cursor in the quick loop.
+struct QuickCursor {
+  uint32_t position;
+  int64_t absolute;       // tick of the last event walked
+  unsigned char running;  // running status
+  uint32_t noted;         // bit c: a note on channel c was met
+};
+
+// The quick loop of the walker: walks the channel messages with delta times
+// of one or two bytes that start before quickEnd (so that every byte of
+// them lies within the data) and are due by the tick limit.  It stops at the
+// first event that is anything else, leaving it unread.  A running status
+// has had its channel noted when its status byte was read.
+//
+// It is a function of its own so that the compiler can keep the cursor in
+// registers, and it is written for a short chain of dependent steps from
+// one event to the next: the length of a delta time is worked out without
+// a branch (those lengths follow no pattern a branch predictor could
+// learn), and the number of data bytes with one (the empty asm keeps the
+// compiler from turning that branch into arithmetic on the byte just read).
+__attribute__((noinline)) void WalkChannelMessages(const unsigned char* data, uint32_t quickEnd,
+                                                   int64_t limit, QuickCursor* cursor) {
+  uint32_t position = cursor->position;
+  int64_t absolute = cursor->absolute;
+  unsigned char running = cursor->running;
+  uint32_t noted = cursor->noted;
+  while (position < quickEnd) {
+    const unsigned b0 = data[position];
+    const unsigned b1 = data[position + 1];
+    if ((b0 & b1) >= 0x80) break;      // a delta time of three bytes or more
+    const unsigned two = b0 >> 7;      // 1 when a second byte follows
+    const unsigned longer = 0u - two;  // all ones for two bytes
+    const unsigned delta = (b0 & ~longer) | ((((b0 & 0x7Fu) << 7) | b1) & longer);
+    const int64_t due = absolute + delta;
+    if (due > limit) break;
+    uint32_t at = position + 1 + two;
+    const unsigned char status = data[at];
+    if (status >= 0x80) {
+      if (status >= 0xF0) break;
+      noted |= kNoteChannelBit[status];
+      running = status;
+      ++at;
+    } else if (running == 0) {
+      break;  // a data byte before any status
+    }
+    absolute = due;
+    if (TakesOneDataByte(running)) {
+      asm("");
+      position = at + 1;  // program change, channel pressure
+    } else {
+      position = at + 2;
+    }
+  }
+  cursor->position = position;
+  cursor->absolute = absolute;
+  cursor->running = running;
+  cursor->noted = noted;
 }
 
 }  // namespace
@@ -162,10 +206,10 @@ int TTrackData::ChannelData(unsigned char status) {
 
 int64_t TTrackData::DecDeltaTime(int64_t step, int trackIndex) {
   tick_ += step;
-  // The loop works on local copies of the cursor state (stored back before
-  // any other handler runs and on every way out), so that the compiler can
-  // keep them in registers while it walks the notes.  Channels that carry
-  // notes are gathered as bits of `noted` and marked in para when stored.
+  // The loop works on local copies of the cursor state, stored back before
+  // any other handler runs and on every way out.  Channels that carry notes
+  // are gathered by the quick loop as bits of `noted` and marked in para
+  // when stored.
   const unsigned char* const data = data_;
   const uint32_t length = length_;
   uint32_t* const notes = owner_->para() != nullptr ? owner_->para()->channelNotes : nullptr;
@@ -194,39 +238,15 @@ int64_t TTrackData::DecDeltaTime(int64_t step, int trackIndex) {
   const uint32_t quickEnd = length > kQuickEventBytes ? length - kQuickEventBytes : 0;
 
   while (!ended_ && position < length) {
-    // The quick loop: channel messages with short delta times, far from the
-    // end of the data.  It stops before anything else, leaving that event
-    // to the complete step below.
     if (!peeked) {
-      while (position < quickEnd) {
-        unsigned delta;
-        uint32_t n;
-        if (!ReadShortQuantity(data + position, &delta, &n)) break;
-        if (tick < static_cast<int64_t>(delta)) break;
-        uint32_t at = position + n;
-        unsigned char status = data[at];
-        if (status >= 0x80) {
-          if (status >= 0xF0) break;
-          // A running status has been noted when its byte was read.
-          noted |= kNoteChannelBit[status];
-          ++at;
-        } else {
-          if (running == 0) break;
-          status = running;
-        }
-        running = status;
-        tick -= delta;
-        absolute += delta;
-        // A branch, not arithmetic on the byte just read, so that the next
-        // event's position is known before that byte arrives (the empty
-        // asm keeps the compiler from turning the branch into arithmetic).
-        if (TakesOneDataByte(status)) {
-          asm("");
-          position = at + 1;  // program change, channel pressure
-        } else {
-          position = at + 2;
-        }
-      }
+      QuickCursor cursor{position, absolute, running, noted};
+      const int64_t limit = tick > INT64_MAX - absolute ? INT64_MAX : tick + absolute;
+      WalkChannelMessages(data, quickEnd, limit, &cursor);
+      tick -= cursor.absolute - absolute;
+      position = cursor.position;
+      absolute = cursor.absolute;
+      running = cursor.running;
+      noted = cursor.noted;
     }
     // The complete step: one event of any kind, anywhere in the data.
     unsigned delta;
