@@ -6,7 +6,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <string>
 
+#include "storage/local_time_text.h"
 #include "zansong/storage/files.h"
 
 namespace {
@@ -18,14 +20,9 @@ constexpr size_t kTimeTextSize = 128;
 
 // asctime text of a local time, without its line end.
 TSString LocalTimeText(time_t t) {
-  struct tm local;
-  char text[64] = {};
-  if (::localtime_r(&t, &local) == nullptr || ::asctime_r(&local, text) == nullptr) {
-    return TSString();
-  }
-  TSString result(text);
-  result.Trim();
-  return result;
+  std::string text;
+  zansong::LocalTimeText().Append(t, &text);
+  return TSString(text.c_str());
 }
 
 // The file's status; all zero when stat fails, so the times read as the

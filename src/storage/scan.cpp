@@ -2,14 +2,23 @@
 // MIDI and audio files in memory) and GetDirFileList3 (finds companions on
 // disk).  Both share one walker; they differ in depth and in how the files
 // of one directory become lines.
+//
+// The walker costs one status call per song file and per directory whose
+// kind the listing does not tell, made relative to the open directory;
+// other files are passed over by name.  Each song's modification time is
+// taken from that one status call.
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <cstring>
+#include <ctime>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
 #include "common/handles.h"
+#include "storage/local_time_text.h"
 #include "storage/scan_cache.h"
 #include "zansong/common/path.h"
 #include "zansong/db/songinfo.h"
@@ -26,22 +35,41 @@ struct Walk {
   bool withTime;      // song cache lines carry the modification time
   std::list<std::string>* albumDirs;
   std::list<std::string>* songLines;
+  zansong::LocalTimeText* times;
 };
 
-bool StartsWith(const TSString& text, const char* prefix) {
-  return std::strncmp(text.c_str(), prefix, std::strlen(prefix)) == 0;
+// One song file of a directory: its full path and modification time.
+struct SongFile {
+  std::string path;
+  time_t mtime;
+};
+
+bool StartsWith(std::string_view text, std::string_view prefix) {
+  return text.compare(0, prefix.size(), prefix) == 0;
 }
 
-std::string ToStd(const TSString& s) { return std::string(s.c_str(), s.Length()); }
+// "a" to "z" upper-cased, as TSString::UpperCase does.
+char UpperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
 
-TSString UpperExtension(const char* name) {
-  TSString ext = ExtractFileExtSX(TSString(name));
-  ext.UpperCase();
-  return ext;
+enum class SongKind { kNone, kMidi, kAudio };
+
+// The kind of a file by the upper-cased extension of its name (the
+// extension as ExtractFileExtX finds it): ".MID", or ".WAV" and ".MP3".
+SongKind KindOfName(const char* name) {
+  char ext[256 + 1];
+  if (std::strlen(name) >= sizeof ext || ExtractFileExtX(name, ext) == 0 || std::strlen(ext) != 4) {
+    return SongKind::kNone;
+  }
+  char upper[4];
+  for (int i = 0; i < 4; ++i) upper[i] = UpperAscii(ext[i]);
+  const std::string_view e(upper, 4);
+  if (e == ".MID") return SongKind::kMidi;
+  if (e == ".WAV" || e == ".MP3") return SongKind::kAudio;
+  return SongKind::kNone;
 }
 
 // Special folders that a scan of a whole storage must not take as albums.
-bool IsExcludedDir(const Walk& walk, const TSString& rel) {
+bool IsExcludedDir(const Walk& walk, std::string_view rel) {
   if (walk.storageKind == kStorageUsb) {
     return StartsWith(rel, "Recorded Songs/") || StartsWith(rel, "Downloaded Songs/") ||
            StartsWith(rel, "FromToPC/");
@@ -55,107 +83,147 @@ bool IsExcludedDir(const Walk& walk, const TSString& rel) {
 }
 
 // Folders of the recorder that are albums even when empty of songs.
-bool IsKeptRecorderDir(const TSString& name) {
+bool IsKeptRecorderDir(std::string_view name) {
   return name == "Recorded Songs/Temporary Folder" || name == "Recorded Songs/Keep";
+}
+
+// path from the 1-based position start on, as TSString::SubString(start).
+std::string_view Relative(std::string_view path, int start) {
+  if (path.empty() || start > static_cast<int>(path.size())) return std::string_view();
+  return start < 1 ? path : path.substr(static_cast<size_t>(start - 1));
+}
+
+// The song cache line of a pairing, timed by the MIDI file (by the audio
+// file of an audio-only song).
+std::string LineOf(const Walk& walk, const SongFile* midi, const SongFile* audio) {
+  std::string time;
+  if (walk.withTime) walk.times->Append(midi != nullptr ? midi->mtime : audio->mtime, &time);
+  return zansong::SongCacheLine(midi != nullptr ? midi->path : std::string_view(),
+                                audio != nullptr ? audio->path : std::string_view(), walk.start,
+                                time);
 }
 
 // Pairs each MIDI file of one directory with the first ".WAV" or ".MP3"
 // file of the same name (case-sensitive) in directory order, drops a second
 // audio file of that name, and turns the rest of the audio files into
 // audio-only lines after the MIDI lines.
-void PairSongs(const Walk& walk, const std::vector<TSString>& midis,
-               const std::vector<TSString>& audios, std::list<std::string>& lines) {
+void PairSongs(const Walk& walk, const std::vector<SongFile>& midis,
+               const std::vector<SongFile>& audios, std::list<std::string>& lines) {
   // Audio files by name without extension (all of them end in a
   // four-character extension), in directory order.
-  std::unordered_map<std::string, std::vector<size_t>> byStem;
+  std::unordered_map<std::string_view, std::vector<size_t>> byStem;
   for (size_t i = 0; i < audios.size(); ++i) {
-    byStem[std::string(audios[i].c_str(), audios[i].Length() - 4)].push_back(i);
+    const std::string& path = audios[i].path;
+    byStem[std::string_view(path).substr(0, path.size() - 4)].push_back(i);
   }
   std::vector<bool> taken(audios.size(), false);
-  for (const TSString& midi : midis) {
-    TSString companion;
-    auto found = byStem.find(std::string(midi.c_str(), midi.Length() - 4));
-    if (found != byStem.end()) {
-      int matched = 0;
-      for (size_t i : found->second) {
-        if (taken[i]) continue;
-        taken[i] = true;
-        if (matched++ == 0) {
-          companion = audios[i];
-        } else {
-          break;
+  for (const SongFile& midi : midis) {
+    const SongFile* companion = nullptr;
+    if (!byStem.empty()) {
+      auto found = byStem.find(std::string_view(midi.path).substr(0, midi.path.size() - 4));
+      if (found != byStem.end()) {
+        int matched = 0;
+        for (size_t i : found->second) {
+          if (taken[i]) continue;
+          taken[i] = true;
+          if (matched++ == 0) {
+            companion = &audios[i];
+          } else {
+            break;
+          }
         }
       }
     }
-    lines.push_back(ToStd(zansong::SongCacheLine(midi, companion, walk.start, walk.withTime)));
+    lines.push_back(LineOf(walk, &midi, companion));
   }
   for (size_t i = 0; i < audios.size(); ++i) {
-    if (!taken[i]) {
-      lines.push_back(
-          ToStd(zansong::SongCacheLine(TSString(), audios[i], walk.start, walk.withTime)));
-    }
+    if (!taken[i]) lines.push_back(LineOf(walk, nullptr, &audios[i]));
   }
 }
 
-int WalkDir(const Walk& walk, const TSString& dir, int level, std::list<std::string>& loose,
-            bool* flag) {
+// Opens the directory name inside the open directory parent.
+zansong::DirectoryHandle OpenInside(const zansong::DirectoryHandle& parent, const char* name) {
+  int fd = ::openat(dirfd(parent.get()), name, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (fd < 0) return zansong::DirectoryHandle();
+  DIR* dir = ::fdopendir(fd);
+  if (dir == nullptr) ::close(fd);
+  return zansong::DirectoryHandle(dir);
+}
+
+// Walks the open directory d, whose path is dir (ending in "/").
+int WalkDir(const Walk& walk, zansong::DirectoryHandle d, const std::string& dir, int level,
+            std::list<std::string>& loose, bool* flag) {
   loose.clear();
   bool ignoredFlag;
   if (flag == nullptr) flag = &ignoredFlag;
-  zansong::DirectoryHandle d(dir.c_str());
   if (!d.valid()) return kScanUnreadableDir;
   *flag = level + 1 < walk.maxLevel;
   if (level + 1 >= walk.maxLevel) return 0;  // too deep: the contents are not listed
 
-  std::vector<TSString> midis, audios;
+  std::vector<SongFile> midis, audios;
+  std::string path = dir;
   int result = kScanOk;
   d.ForEachEntry([&](const dirent& e) {
+    const char* name = e.d_name;
     *flag = false;
-    TSString path = dir + e.d_name;
-    struct stat st;
-    if (::stat(path.c_str(), &st) != 0) return true;
+    path.resize(dir.size());
+    path += name;
 
-    if (!S_ISDIR(st.st_mode)) {
-      const TSString ext = UpperExtension(e.d_name);
-      const bool isMidi = ext == ".MID";
-      const bool isAudio = ext == ".WAV" || ext == ".MP3";
-      if (!isMidi && !isAudio) return true;
+    // The listing tells a directory from a file on most file systems; a
+    // status call is needed for the kind of a link or of an entry the
+    // listing leaves open, and for a song file's time.
+    const SongKind kind = KindOfName(name);
+    const bool kindKnown = e.d_type != DT_UNKNOWN && e.d_type != DT_LNK;
+    bool isDir = e.d_type == DT_DIR;
+    bool statted = false;
+    struct stat st;
+    if (!kindKnown || (!isDir && kind != SongKind::kNone)) {
+      if (::fstatat(dirfd(d.get()), name, &st, 0) != 0) return true;
+      isDir = S_ISDIR(st.st_mode);
+      statted = true;
+    }
+
+    if (!isDir) {
+      if (kind == SongKind::kNone) return true;
       if (walk.pairInMemory) {
-        (isMidi ? midis : audios).push_back(path);
+        (kind == SongKind::kMidi ? midis : audios).push_back(SongFile{path, st.st_mtime});
         return true;
       }
-      TSString line = GetSongCache(path, walk.start);
+      TSString line = GetSongCache(TSString(path.c_str()), walk.start);
       if (line.Length() == 0) return true;
       if (static_cast<int>(loose.size()) > kAlbumSongLimit - 1) {
         result = kScanTooManyLooseSongs;
         return false;
       }
-      loose.push_back(ToStd(line));
+      loose.emplace_back(line.c_str(), static_cast<size_t>(line.Length()));
       return true;
     }
 
-    if (e.d_name[0] == '.') return true;
-    path += "/";
-    const TSString rel = path.SubString(walk.start);
+    if (name[0] == '.') return true;
+    path += '/';
+    const std::string_view rel = Relative(path, walk.start);
     if (IsExcludedDir(walk, rel)) return true;
-    TSString name = rel;
-    name.SetLength(name.Length() - 1);
+    const std::string_view albumName = rel.empty() ? rel : rel.substr(0, rel.size() - 1);
 
+    zansong::DirectoryHandle sub = OpenInside(d, name);
+    // An entry that is gone by now is skipped as one that cannot be
+    // statted; one that is there but cannot be opened stops the scan.
+    if (!sub.valid() && !statted && ::fstatat(dirfd(d.get()), name, &st, 0) != 0) return true;
     std::list<std::string> subLines;
     bool subFlag = false;
-    int r = WalkDir(walk, path, level + 1, subLines, &subFlag);
+    int r = WalkDir(walk, std::move(sub), path, level + 1, subLines, &subFlag);
     if (r == kScanTooManyLooseSongs || r > 0) return true;
     if (r != kScanOk) {
       result = r;
       return false;
     }
-    if (subLines.empty() && !IsKeptRecorderDir(name) && !subFlag) return true;
+    if (subLines.empty() && !IsKeptRecorderDir(albumName) && !subFlag) return true;
     if (static_cast<int>(walk.albumDirs->size()) > kAlbumLimit - 1 ||
         walk.songLines->size() + subLines.size() > static_cast<size_t>(kPrefixSongLimit)) {
       result = kScanStopped;
       return false;
     }
-    walk.albumDirs->push_back(ToStd(name));
+    walk.albumDirs->emplace_back(albumName);
     walk.songLines->splice(walk.songLines->end(), subLines);
     return true;
   });
@@ -190,24 +258,33 @@ bool LinesCarryTime(const char* dir, int start, int storageKind, int level) {
   return getprefix(first) != "y";
 }
 
+int StartWalk(const Walk& walk, const char* dir, int level, std::list<std::string>& loose,
+              bool* flag) {
+  const std::string top = dir != nullptr ? dir : "";
+  return WalkDir(walk, zansong::DirectoryHandle(top.c_str()), top, level, loose, flag);
+}
+
 }  // namespace
 
 int GetDirFileList4(const char* dir, int start, std::list<std::string>& albumDirs,
                     std::list<std::string>& songLines, std::list<std::string>& looseSongLines,
                     int storageKind, int level, bool* flag) {
+  zansong::LocalTimeText times;
   Walk walk{start,
             storageKind,
             storageKind < kStorageUsbDownloaded ? 4 : 3,
             true,
             LinesCarryTime(dir, start, storageKind, level),
             &albumDirs,
-            &songLines};
-  return WalkDir(walk, TSString(dir), level, looseSongLines, flag);
+            &songLines,
+            &times};
+  return StartWalk(walk, dir, level, looseSongLines, flag);
 }
 
 int GetDirFileList3(const char* dir, int start, std::list<std::string>& albumDirs,
                     std::list<std::string>& songLines, std::list<std::string>& looseSongLines,
                     int storageKind, int level, bool* flag) {
-  Walk walk{start, storageKind, 4, false, true, &albumDirs, &songLines};
-  return WalkDir(walk, TSString(dir), level, looseSongLines, flag);
+  zansong::LocalTimeText times;
+  Walk walk{start, storageKind, 4, false, true, &albumDirs, &songLines, &times};
+  return StartWalk(walk, dir, level, looseSongLines, flag);
 }

@@ -1,6 +1,9 @@
 // Song cache lines and the difference of two sorted line lists.
 #include "storage/scan_cache.h"
 
+#include <string>
+#include <string_view>
+
 #include "zansong/common/path.h"
 #include "zansong/storage/files.h"
 #include "zansong/storage/scan.h"
@@ -16,6 +19,12 @@ TSString UpperExtension(const TSString& path) {
 // The kind of an audio-only song: its upper-cased extension without the dot.
 TSString AudioKind(const TSString& audioPath) { return UpperExtension(audioPath).SubString(2); }
 
+// path from the 1-based position start on, as TSString::SubString(start).
+std::string_view Relative(std::string_view path, int start) {
+  if (path.empty() || start > static_cast<int>(path.size())) return std::string_view();
+  return start < 1 ? path : path.substr(static_cast<size_t>(start - 1));
+}
+
 TSString JoinLine(const TSString& midi, const TSString& audio, const TSString& kind,
                   const TSString& time) {
   return midi + "\t" + audio + "\t" + kind + "\t" + time;
@@ -25,22 +34,27 @@ TSString JoinLine(const TSString& midi, const TSString& audio, const TSString& k
 
 namespace zansong {
 
-TSString SongCacheLine(const TSString& midiPath, const TSString& audioPath, int start,
-                       bool withTime) {
-  TSString kind;
-  const TSString* timed = &midiPath;
-  if (midiPath.Length() == 0) {
-    kind = AudioKind(audioPath);
-    timed = &audioPath;
-  } else if (audioPath.Length() == 0) {
+std::string SongCacheLine(std::string_view midiPath, std::string_view audioPath, int start,
+                          std::string_view time) {
+  const char* kind = "";
+  TSString audioKind;
+  if (midiPath.empty()) {
+    audioKind = AudioKind(TSString(std::string(audioPath).c_str()));
+    kind = audioKind.c_str();
+  } else if (audioPath.empty()) {
     kind = "SMF";
   } else {
-    TSString ext = UpperExtension(audioPath);
+    TSString ext = UpperExtension(TSString(std::string(audioPath).c_str()));
     if (ext == ".WAV") kind = "SMF,WAV";
     if (ext == ".MP3") kind = "SMF,MP3";
   }
-  TSString time = withTime ? GetModifyTime(timed->c_str()) : TSString();
-  return JoinLine(midiPath.SubString(start), audioPath.SubString(start), kind, time);
+  const std::string_view midi = Relative(midiPath, start);
+  const std::string_view audio = Relative(audioPath, start);
+  std::string line;
+  line.reserve(midi.size() + audio.size() + std::char_traits<char>::length(kind) + time.size() + 3);
+  line.append(midi).append(1, '\t').append(audio).append(1, '\t');
+  line.append(kind).append(1, '\t').append(time);
+  return line;
 }
 
 }  // namespace zansong
@@ -72,7 +86,13 @@ TSString GetSongCache(TSString path, int start) {
 }
 
 TSString GetSongCache2(TSString midiPath, TSString audioPath, int start, int storageKind) {
-  return zansong::SongCacheLine(midiPath, audioPath, start, storageKind != kStorageUsbDownloaded);
+  TSString time;
+  if (storageKind != kStorageUsbDownloaded) {
+    time = GetModifyTime(midiPath.Length() > 0 ? midiPath.c_str() : audioPath.c_str());
+  }
+  std::string line =
+      zansong::SongCacheLine(midiPath.c_str(), audioPath.c_str(), start, time.c_str());
+  return TSString(line.c_str());
 }
 
 void GetSongCacheList(TSString& root, std::list<std::string>& paths,

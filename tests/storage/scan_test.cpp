@@ -1,5 +1,6 @@
 // The storage walk that builds album directories and song cache lines.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <list>
@@ -218,6 +219,34 @@ TEST_F(ScanTest, DeeperCallsKnowTheirCategory) {
 }
 
 TEST_F(ScanTest, MissingDirectoryIsMinusOne) { EXPECT_EQ(-1, Scan("missing/", 0)); }
+
+TEST_F(ScanTest, LinksAreFollowedAndDanglingOnesSkipped) {
+  Touch("Real/a.mid");
+  Touch("elsewhere/b.mid");
+  ASSERT_EQ(0, symlink((root_ + "Real").c_str(), (root_ + "Linked").c_str()));
+  ASSERT_EQ(0, symlink((root_ + "elsewhere/b.mid").c_str(), (root_ + "Real/b.mid").c_str()));
+  ASSERT_EQ(0, symlink((root_ + "nowhere.mid").c_str(), (root_ + "Real/gone.mid").c_str()));
+  ASSERT_EQ(0, Scan("", 0));
+  albums_.sort();
+  EXPECT_EQ((std::list<std::string>{"Linked", "Real", "elsewhere"}), albums_);
+  songs_.sort();
+  // A linked file carries the time of the file it names.
+  EXPECT_EQ((std::list<std::string>{"Linked/a.mid\t\tSMF\t" + Time("Real/a.mid"),
+                                    "Linked/b.mid\t\tSMF\t" + Time("elsewhere/b.mid"),
+                                    "Real/a.mid\t\tSMF\t" + Time("Real/a.mid"),
+                                    "Real/b.mid\t\tSMF\t" + Time("elsewhere/b.mid"),
+                                    "elsewhere/b.mid\t\tSMF\t" + Time("elsewhere/b.mid")}),
+            songs_);
+}
+
+TEST_F(ScanTest, DirectoryNamedLikeASongIsAnAlbum) {
+  Touch("Tunes.mid/a.mid");
+  Touch("notes.txt");
+  ASSERT_EQ(0, Scan("", 0));
+  EXPECT_EQ((std::list<std::string>{"Tunes.mid"}), albums_);
+  EXPECT_EQ((std::list<std::string>{"Tunes.mid/a.mid\t\tSMF\t" + Time("Tunes.mid/a.mid")}), songs_);
+  EXPECT_TRUE(loose_.empty());
+}
 
 TEST_F(ScanTest, DiskVariantFindsCompanionsOnDisk) {
   Touch("Album/a.mid");
