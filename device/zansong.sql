@@ -1,6 +1,9 @@
 -- Schema of a song catalogue (".zansong.db" in each storage root).
 -- Keys and display orders are computed by the library (largest + 1);
 -- the indexes serve its lookups by album, prefix and path.
+-- One transaction: the file is written and synced once, not once for each
+-- statement.
+BEGIN;
 CREATE TABLE IF NOT EXISTS album (
   pfix TEXT,
   album_id INTEGER PRIMARY KEY,
@@ -52,3 +55,4 @@ CREATE INDEX IF NOT EXISTS song_by_pfix ON song(pfix);
 CREATE INDEX IF NOT EXISTS song_by_midi_path ON song(midi_path);
 CREATE INDEX IF NOT EXISTS psong_by_playlist ON psong(playlist_id);
 CREATE INDEX IF NOT EXISTS psong_by_song ON psong(song_id);
+COMMIT;
