@@ -20,7 +20,11 @@ SqlText FormatSql(const char* format, ...) {
 int OpenConnection(const char* path, int timeoutMs, SqliteConnection& db) {
   db.reset();
   sqlite3* handle = nullptr;
-  int rc = sqlite3_open(TextOrEmpty(path), &handle);
+  // A connection is used by one thread only (every operation opens its
+  // own), so it goes without SQLite's per-call locking.
+  int rc =
+      sqlite3_open_v2(TextOrEmpty(path), &handle,
+                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr);
   SqliteConnection opened(handle);  // closes a failed handle as well
   if (rc != SQLITE_OK) return rc;
   if (timeoutMs > 0) sqlite3_busy_timeout(handle, timeoutMs);

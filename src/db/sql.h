@@ -35,7 +35,8 @@ SqlText FormatSql(const char* format, ...);
 inline const char* TextOrEmpty(const char* s) { return s == nullptr ? "" : s; }
 
 // Opens path (created when missing) into db with a busy timeout of
-// timeoutMs (none when 0).  Returns SQLite's code; on failure db is null.
+// timeoutMs (none when 0).  The connection must be used by one thread at a
+// time.  Returns SQLite's code; on failure db is null.
 int OpenConnection(const char* path, int timeoutMs, SqliteConnection& db);
 
 // Runs sql and calls onRow for each row.  True when the statement ran to
