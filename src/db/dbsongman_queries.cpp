@@ -6,6 +6,7 @@
 #include <string>
 
 #include "db/prefix.h"
+#include "db/song_insert_sql.h"
 #include "db/sql.h"
 #include "zansong/db/dbsongman.h"
 
@@ -180,14 +181,11 @@ namespace {
 // The song insert shared by AddSong and AddSong2.
 SqlText SongInsert(int albumId, int songId, int dispOrder, const SongInfo& info, const char* ctime,
                    const char* pfix) {
-  return FormatSql(
-      "INSERT INTO song(pfix,song_id,song_title,midi_path,audio_path,disp_order,format,length,"
-      "ctime,mtime,album_id,sync_id,composer,genre,purchased_date,coverart_path) "
-      "VALUES('%q',%d,'%q','%q','%q',%d,'%q',%d,'%q','%q',%d,'%q','%q','%q','%q','%q')",
-      TextOrEmpty(pfix), songId, info.title.c_str(), info.midiPath.c_str(), info.audioPath.c_str(),
-      dispOrder, info.format.c_str(), info.length, TextOrEmpty(ctime), info.mtime.c_str(), albumId,
-      info.syncId.c_str(), info.composer.c_str(), info.genre.c_str(), info.purchasedDate.c_str(),
-      info.coverartPath.c_str());
+  return FormatSql(zansong::kSongInsertText, TextOrEmpty(pfix), songId, info.title.c_str(),
+                   info.midiPath.c_str(), info.audioPath.c_str(), dispOrder, info.format.c_str(),
+                   info.length, TextOrEmpty(ctime), info.mtime.c_str(), albumId,
+                   info.syncId.c_str(), info.composer.c_str(), info.genre.c_str(),
+                   info.purchasedDate.c_str(), info.coverartPath.c_str());
 }
 
 }  // namespace

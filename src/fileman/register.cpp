@@ -2,14 +2,15 @@
 // with its files by comparing song cache lines, writing only differences.
 #include <chrono>
 #include <ctime>
+#include <deque>
 #include <list>
 #include <set>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "common/device_path.h"
 #include "db/batched_order.h"
+#include "db/song_insert.h"
 #include "fileman/catalogue_session.h"
 #include "fileman/register_song.h"
 #include "zansong/async/cancel.h"
@@ -82,8 +83,8 @@ class Registration {
   void Commit() { batch_.Commit(); }
 
  private:
-  // Writes the prepared songs[from, to) of fresh; false on a stop.
-  bool WriteSongs(std::vector<NewSong>& songs, size_t total);
+  // Writes the songs read from the files of one round; false on a stop.
+  bool WriteSongs(std::deque<NewSong>& songs, size_t total, zansong::SongInsert& insert);
 
   TSString root_;
   TSString prefix_;
@@ -157,7 +158,8 @@ void Registration::DeleteSongs(const Lines& vanished) {
   batch_.AfterWrite();
 }
 
-bool Registration::WriteSongs(std::vector<NewSong>& songs, size_t total) {
+bool Registration::WriteSongs(std::deque<NewSong>& songs, size_t total,
+                              zansong::SongInsert& insert) {
   for (NewSong& song : songs) {
     const int count = static_cast<int>(++written_);
     if (count % kProgressStep == 0) {
@@ -173,7 +175,8 @@ bool Registration::WriteSongs(std::vector<NewSong>& songs, size_t total) {
     }
     TSString ctime = NowText();
     batch_.BeforeWrite();
-    int ok = man_.AddSong2(albumId_, nextSongId_, nextOrder_, &info, ctime, prefix_.c_str());
+    int ok = zansong::AddSong2(insert, albumId_, nextSongId_, nextOrder_, &info, ctime.c_str(),
+                               prefix_.c_str());
     batch_.AfterWrite();
     if (GetCancelFlag() || !ok) return false;
     ++nextSongId_;
@@ -183,14 +186,17 @@ bool Registration::WriteSongs(std::vector<NewSong>& songs, size_t total) {
 }
 
 void Registration::AddSongs(const Lines& fresh) {
+  if (fresh.empty()) return;
   nextSongId_ = man_.GetMaxInt("song", "song_id") + 1;
   nextOrder_ = man_.GetMaxInt("song", "disp_order") + 1;
+  // The insert is compiled once for all the new songs.
+  zansong::SongInsert insert(man_);
   const size_t total = fresh.size();
   auto next = fresh.begin();
   while (next != fresh.end()) {
     // Read a round of songs from their files with the write lock free...
     batch_.Commit();
-    std::vector<NewSong> round;
+    std::deque<NewSong> round;
     const auto started = std::chrono::steady_clock::now();
     while (next != fresh.end()) {
       round.emplace_back();
@@ -200,7 +206,7 @@ void Registration::AddSongs(const Lines& fresh) {
       }
     }
     // ...then write them in order, as if each had been written at once.
-    if (!WriteSongs(round, total)) break;
+    if (!WriteSongs(round, total, insert)) break;
   }
   batch_.Commit();
 }
