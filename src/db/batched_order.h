@@ -6,15 +6,22 @@
 // same results as the TDBSongMan members of the same names, but run each
 // update inside the batch's transaction (the caller commits).  With a null
 // batch each update commits on its own, exactly as the members do.
+//
+// SortSongByPath(man, pfix, batch, known) does the same, taking the paths
+// and positions from known while its rows are current (see song_rows.h)
+// instead of reading the table again; with known null or out of date it
+// reads them itself, in one statement.
 #ifndef ZANSONG_SRC_DB_BATCHED_ORDER_H_
 #define ZANSONG_SRC_DB_BATCHED_ORDER_H_
 
+#include "db/song_rows.h"
 #include "db/write_batch.h"
 #include "zansong/db/dbsongman.h"
 
 namespace zansong {
 
 int SortSongByPath(TDBSongMan& man, char const* pfix, WriteBatch* batch);
+int SortSongByPath(TDBSongMan& man, char const* pfix, WriteBatch* batch, const SongRows* known);
 int ResetAlbumOrderAndPath(TDBSongMan& man, char const* root, char const* pfix, WriteBatch* batch);
 
 }  // namespace zansong

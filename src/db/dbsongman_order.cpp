@@ -4,13 +4,13 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <limits>
 #include <string>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "db/batched_order.h"
 #include "db/prefix.h"
+#include "db/song_rows.h"
 #include "db/sql.h"
 #include "zansong/db/dbsongman.h"
 
@@ -29,23 +29,54 @@ const char* SequenceTable(int id, const char* prefix) {
   return id != 0 ? "song" : "album";
 }
 
-// Positions currently held, by key; kUnknownOrder for a key whose rows do
-// not all hold the same integer.
-using CurrentOrders = std::unordered_map<int, int>;
-constexpr int kUnknownOrder = std::numeric_limits<int>::min();
+constexpr int kUnknownOrder = zansong::SongRows::kUnknownOrder;
+
+// Positions currently held: (key, position) pairs sorted by key, one per
+// key; kUnknownOrder for a key whose rows do not all hold the same integer.
+class CurrentOrders {
+ public:
+  void Add(int key, int order) { held_.emplace_back(key, order); }
+  // Sorts the pairs and merges those of one key.
+  void Finish() {
+    if (!std::is_sorted(held_.begin(), held_.end(), ByKey)) {
+      std::stable_sort(held_.begin(), held_.end(), ByKey);
+    }
+    size_t kept = 0;
+    for (size_t i = 0; i < held_.size(); ++i) {
+      if (kept > 0 && held_[kept - 1].first == held_[i].first) {
+        if (held_[kept - 1].second != held_[i].second) held_[kept - 1].second = kUnknownOrder;
+      } else {
+        held_[kept++] = held_[i];
+      }
+    }
+    held_.resize(kept);
+  }
+  // Whether key is known to hold order.
+  bool Holds(int key, int order) const {
+    auto found = std::lower_bound(held_.begin(), held_.end(), std::make_pair(key, 0), ByKey);
+    return found != held_.end() && found->first == key && found->second == order;
+  }
+  void Reserve(size_t n) { held_.reserve(n); }
+
+ private:
+  static bool ByKey(const std::pair<int, int>& a, const std::pair<int, int>& b) {
+    return a.first < b.first;
+  }
+  std::vector<std::pair<int, int>> held_;
+};
 
 // The disp_order of every row of table by key.  False (and orders
 // incomplete) when the statement fails.
 bool ReadCurrentOrders(TDBSongMan& man, const char* table, CurrentOrders& orders) {
   SqlText sql = FormatSql("SELECT %q_id,disp_order FROM %q", table, table);
-  return zansong::ForEachRow(man.db, sql.get(), [&orders](sqlite3_stmt* row) {
-    int key = sqlite3_column_int(row, 0);
+  bool done = zansong::ForEachRow(man.db, sql.get(), [&orders](sqlite3_stmt* row) {
     // Only an integer is the value an update would write.
-    int order =
-        sqlite3_column_type(row, 1) == SQLITE_INTEGER ? sqlite3_column_int(row, 1) : kUnknownOrder;
-    auto found = orders.emplace(key, order);
-    if (!found.second && found.first->second != order) found.first->second = kUnknownOrder;
+    orders.Add(sqlite3_column_int(row, 0), sqlite3_column_type(row, 1) == SQLITE_INTEGER
+                                               ? sqlite3_column_int(row, 1)
+                                               : kUnknownOrder);
   });
+  orders.Finish();
+  return done;
 }
 
 // Gives the rows whose keys are listed, in list order, the positions 1, 2,
@@ -57,10 +88,7 @@ int Renumber(TDBSongMan& man, const char* table, const std::vector<int>& keys,
   int order = 0;
   for (int key : keys) {
     ++order;
-    if (current != nullptr) {
-      auto held = current->find(key);
-      if (held != current->end() && held->second == order) continue;
-    }
+    if (current != nullptr && current->Holds(key, order)) continue;
     if (batch != nullptr) batch->BeforeWrite();
     int ok = man.SetOrder(table, key, order);
     if (batch != nullptr) batch->AfterWrite();
@@ -75,19 +103,46 @@ int KeyOfEntry(const std::string& entry) {
   return std::atoi(entry.c_str() + (tab == std::string::npos ? 0 : tab + 1));
 }
 
-// Sorts path-list entries as byte strings and renumbers the rows of table
-// by them, writing only the positions that change.  1 or 0.
+// Byte order of path-list entries (char_traits<char> compares as unsigned
+// bytes).
+bool EntryBefore(const std::string* a, const std::string* b) { return *a < *b; }
+
+// Renumbers the rows of table by their path-list entries in byte order,
+// writing only the positions that current shows to change (every position
+// without current).  1 or 0.
+int RenumberSorted(TDBSongMan& man, const char* table, std::vector<const std::string*>& entries,
+                   const CurrentOrders* current, WriteBatch* batch) {
+  std::sort(entries.begin(), entries.end(), EntryBefore);
+  std::vector<int> keys;
+  keys.reserve(entries.size());
+  for (const std::string* entry : entries) keys.push_back(KeyOfEntry(*entry));
+  return Renumber(man, table, keys, current, batch);
+}
+
+// The same with the current positions read from table.
 int RenumberByPath(TDBSongMan& man, const char* table, std::list<std::string>& entries,
                    WriteBatch* batch) {
-  std::vector<std::string> sorted(entries.begin(), entries.end());
-  std::sort(sorted.begin(), sorted.end());  // char_traits<char> compares as unsigned bytes
-  std::vector<int> keys;
-  keys.reserve(sorted.size());
-  for (const std::string& entry : sorted) keys.push_back(KeyOfEntry(entry));
+  std::vector<const std::string*> sorted;
+  sorted.reserve(entries.size());
+  for (const std::string& entry : entries) sorted.push_back(&entry);
   // When the positions cannot be read, every row is written.
   CurrentOrders current;
   bool known = ReadCurrentOrders(man, table, current);
-  return Renumber(man, table, keys, known ? &current : nullptr, batch);
+  return RenumberSorted(man, table, sorted, known ? &current : nullptr, batch);
+}
+
+// Renumbers the songs of the prefix of rows by path, from the rows alone:
+// their GetSongPathList2 entries and the positions of every song.
+int RenumberSongs(TDBSongMan& man, const zansong::SongRows& rows, WriteBatch* batch) {
+  std::vector<const std::string*> entries;
+  CurrentOrders current;
+  current.Reserve(rows.rows().size());
+  for (const zansong::SongRows::Row& row : rows.rows()) {
+    if (row.inPrefix) entries.push_back(&row.entry);
+    current.Add(row.id, row.order);
+  }
+  current.Finish();
+  return RenumberSorted(man, "song", entries, &current, batch);
 }
 
 }  // namespace
@@ -182,9 +237,27 @@ int TDBSongMan::ResetAlbumOrderAndPath(char const* root, char const* pfix) {
 namespace zansong {
 
 int SortSongByPath(TDBSongMan& man, char const* pfix, WriteBatch* batch) {
-  std::list<std::string> entries;
-  int ok = man.GetSongPathList2(entries, pfix);
-  if (ok) ok = RenumberByPath(man, "song", entries, batch);
+  return SortSongByPath(man, pfix, batch, nullptr);
+}
+
+int SortSongByPath(TDBSongMan& man, char const* pfix, WriteBatch* batch, const SongRows* known) {
+  // One read of the table serves both the paths and the positions; rows
+  // read earlier serve while nothing has changed since.
+  SongRows fresh;
+  const SongRows* rows = nullptr;
+  if (known != nullptr && known->prefix() == TextOrEmpty(pfix) && known->Current(man)) {
+    rows = known;
+  } else if (fresh.Read(man, pfix, false)) {
+    rows = &fresh;
+  }
+  int ok;
+  if (rows != nullptr) {
+    ok = RenumberSongs(man, *rows, batch);
+  } else {
+    std::list<std::string> entries;
+    ok = man.GetSongPathList2(entries, pfix);
+    if (ok) ok = RenumberByPath(man, "song", entries, batch);
+  }
   if (!ok) PrintFunctionError("ReOrder");
   return ok;
 }

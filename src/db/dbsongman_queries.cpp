@@ -7,6 +7,7 @@
 
 #include "db/prefix.h"
 #include "db/song_insert_sql.h"
+#include "db/song_path_entry.h"
 #include "db/sql.h"
 #include "zansong/db/dbsongman.h"
 
@@ -28,15 +29,6 @@ int ReadList(sqlite3* db, const SqlText& sql, const char* name,
   if (ForEachRow(db, sql.get(), onRow)) return 1;
   PrintFunctionError(name);
   return 0;
-}
-
-// The format label reported in song cache lines: SMF for the solo and
-// two-part variants of a MIDI song.
-std::string CacheFormat(const std::string& format) {
-  if (format.find("SOLO") != std::string::npos || format.find("KW") != std::string::npos) {
-    return "SMF";
-  }
-  return format;
 }
 
 }  // namespace
@@ -353,12 +345,16 @@ int TDBSongMan::GetSongPathList(std::list<std::string>& entries, char const* pfi
   SqlText sql = FormatSql("SELECT midi_path,audio_path,format,mtime FROM song WHERE pfix = '%q'",
                           TextOrEmpty(pfix));
   // Downloaded songs are compared without their modification time.
-  bool withMtime = std::strcmp(TextOrEmpty(pfix), "y") != 0;
+  bool withMtime = zansong::SongPathListHasTime(TextOrEmpty(pfix));
   return ReadList(db, sql, "GetSongPathList", [&](sqlite3_stmt* row) {
-    std::string entry = ColumnString(row, 0) + "\t" + ColumnString(row, 1) + "\t" +
-                        CacheFormat(ColumnString(row, 2)) + "\t";
-    if (withMtime) entry += ColumnString(row, 3);
-    entries.push_back(entry);
+    std::string entry(zansong::ColumnView(row, 0));
+    entry += '\t';
+    entry += zansong::ColumnView(row, 1);
+    entry += '\t';
+    zansong::AppendSongPathTail(zansong::ColumnView(row, 2),
+                                withMtime ? zansong::ColumnView(row, 3) : std::string_view(),
+                                entry);
+    entries.push_back(std::move(entry));
   });
 }
 

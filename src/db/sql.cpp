@@ -52,11 +52,13 @@ int ReadFirstInt(sqlite3* db, const char* sql, int fallback) {
   return sqlite3_step(raw) == SQLITE_ROW ? sqlite3_column_int(raw, 0) : fallback;
 }
 
-std::string ColumnString(sqlite3_stmt* stmt, int col) {
+std::string ColumnString(sqlite3_stmt* stmt, int col) { return std::string(ColumnView(stmt, col)); }
+
+std::string_view ColumnView(sqlite3_stmt* stmt, int col) {
   const unsigned char* text = sqlite3_column_text(stmt, col);
-  if (text == nullptr) return std::string();
-  return std::string(reinterpret_cast<const char*>(text),
-                     static_cast<size_t>(sqlite3_column_bytes(stmt, col)));
+  if (text == nullptr) return std::string_view();
+  return std::string_view(reinterpret_cast<const char*>(text),
+                          static_cast<size_t>(sqlite3_column_bytes(stmt, col)));
 }
 
 void PrintFunctionError(const char* name) {

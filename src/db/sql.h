@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "db/sqlite_owner.h"
 
@@ -49,6 +50,8 @@ int ReadFirstInt(sqlite3* db, const char* sql, int fallback);
 
 // Column col of the current row as text; "" for an SQL NULL.
 std::string ColumnString(sqlite3_stmt* stmt, int col);
+// The same without a copy, valid until the statement steps on.
+std::string_view ColumnView(sqlite3_stmt* stmt, int col);
 
 // Prints "Error! :" + name (no line end) and flushes.
 void PrintFunctionError(const char* name);

@@ -11,6 +11,7 @@
 #include "common/device_path.h"
 #include "db/batched_order.h"
 #include "db/song_insert.h"
+#include "db/song_rows.h"
 #include "fileman/catalogue_session.h"
 #include "fileman/register_song.h"
 #include "zansong/async/cancel.h"
@@ -78,8 +79,9 @@ class Registration {
   // Adds the songs of the scan lines fresh, until a cancel or a failed
   // insert.
   void AddSongs(const Lines& fresh);
-  // Renumbers albums and songs of the prefix by path.
-  void Renumber(const TSString& folder);
+  // Renumbers albums and songs of the prefix by path; songs from rows
+  // while they are current.
+  void Renumber(const TSString& folder, const zansong::SongRows& rows);
   void Commit() { batch_.Commit(); }
 
  private:
@@ -211,9 +213,9 @@ void Registration::AddSongs(const Lines& fresh) {
   batch_.Commit();
 }
 
-void Registration::Renumber(const TSString& folder) {
+void Registration::Renumber(const TSString& folder, const zansong::SongRows& rows) {
   zansong::ResetAlbumOrderAndPath(man_, folder.c_str(), prefix_.c_str(), &batch_);
-  zansong::SortSongByPath(man_, prefix_.c_str(), &batch_);
+  zansong::SortSongByPath(man_, prefix_.c_str(), &batch_, &rows);
   batch_.Commit();
 }
 
@@ -283,8 +285,15 @@ extern "C" int FM_Add_AllSongs_ByCache(const char* root, const char* folder, int
   work.Commit();
   if (notifyRemote != 0) PrintRemoconMessage(kMsgScanning3, kButtonCancel);
 
+  // One read of the song table serves the comparison and, when nothing
+  // is written in between, the renumbering at the end.
   known.clear();
-  if (!man.GetSongPathList(known, prefix.c_str())) return ret;
+  zansong::SongRows rows;
+  if (rows.Read(man, prefix.c_str(), true)) {
+    rows.AppendPathList(known);
+  } else if (!man.GetSongPathList(known, prefix.c_str())) {
+    return ret;
+  }
   known.sort();
   GetDiffCacheList(songLines, known);
   if (completeScan) {
@@ -293,6 +302,6 @@ extern "C" int FM_Add_AllSongs_ByCache(const char* root, const char* folder, int
     DropChangedSongs(songLines, known);
   }
   work.AddSongs(songLines);
-  if (keepOrder == 0) work.Renumber(folderText);
+  if (keepOrder == 0) work.Renumber(folderText, rows);
   return ret;
 }

@@ -20,9 +20,8 @@ constexpr size_t kTimeTextSize = 128;
 
 // asctime text of a local time, without its line end.
 TSString LocalTimeText(time_t t) {
-  std::string text;
-  zansong::LocalTimeText().Append(t, &text);
-  return TSString(text.c_str());
+  zansong::LocalTimeText text;
+  return TSString(std::string(text.Of(t)).c_str());
 }
 
 // The file's status; all zero when stat fails, so the times read as the

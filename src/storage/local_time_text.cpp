@@ -52,15 +52,17 @@ void AppendAsctime(const struct tm& local, std::string* out) {
 
 }  // namespace
 
-void LocalTimeText::Append(time_t t, std::string* out) {
-  if (!known_ || t != last_) {
-    lastText_.clear();
+std::string_view LocalTimeText::Of(time_t t) {
+  // t % kEntries may be negative for times before 1970.
+  Entry& e = entries_[static_cast<unsigned long long>(t) % kEntries];
+  if (!e.known || e.time != t) {
+    e.text.clear();
     struct tm local;
-    if (::localtime_r(&t, &local) != nullptr) AppendAsctime(local, &lastText_);
-    last_ = t;
-    known_ = true;
+    if (::localtime_r(&t, &local) != nullptr) AppendAsctime(local, &e.text);
+    e.time = t;
+    e.known = true;
   }
-  out->append(lastText_);
+  return e.text;
 }
 
 }  // namespace zansong

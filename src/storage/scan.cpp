@@ -96,8 +96,8 @@ std::string_view Relative(std::string_view path, int start) {
 // The song cache line of a pairing, timed by the MIDI file (by the audio
 // file of an audio-only song).
 std::string LineOf(const Walk& walk, const SongFile* midi, const SongFile* audio) {
-  std::string time;
-  if (walk.withTime) walk.times->Append(midi != nullptr ? midi->mtime : audio->mtime, &time);
+  std::string_view time;
+  if (walk.withTime) time = walk.times->Of(midi != nullptr ? midi->mtime : audio->mtime);
   return zansong::SongCacheLine(midi != nullptr ? midi->path : std::string_view(),
                                 audio != nullptr ? audio->path : std::string_view(), walk.start,
                                 time);

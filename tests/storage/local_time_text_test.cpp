@@ -57,13 +57,13 @@ TEST_P(LocalTimeTextTest, IsAsctimeWithoutTheLineEnd) {
   times.push_back(253402300800);                // year 10000: asctime gives up
   zansong::LocalTimeText text;
   for (time_t t : times) {
-    std::string out = "x";
-    text.Append(t, &out);
-    EXPECT_EQ("x" + AsctimeOf(t), out) << t;
+    EXPECT_EQ(AsctimeOf(t), text.Of(t)) << t;
     // A second time comes from the remembered text.
-    out.clear();
-    text.Append(t, &out);
-    EXPECT_EQ(AsctimeOf(t), out) << t;
+    EXPECT_EQ(AsctimeOf(t), text.Of(t)) << t;
+  }
+  // Times that share a place among the remembered ones, in turn.
+  for (time_t t : {1700000000, 1700000016, 1700000000, 1700000032, 1700000016}) {
+    EXPECT_EQ(AsctimeOf(t), text.Of(t)) << t;
   }
 }
 

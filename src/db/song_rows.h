@@ -1,0 +1,70 @@
+// SongRows: the rows of table song read once, for the two things that a
+// registration does with the table: comparing the song cache lines of a
+// prefix with the files on storage (the entries of GetSongPathList), and
+// renumbering the songs of that prefix by path (SortSongByPath).
+//
+// Read(man, pfix, withLines) runs one statement over every row of the table
+// ("SELECT song_id,disp_order,pfix = '<pfix>',midi_path,audio_path,format,
+// mtime FROM song"; without the last two columns when withLines is false)
+// and keeps, per row, the key, the position, whether the row belongs to
+// pfix (decided by SQLite, as a WHERE clause would), the paths and, with
+// withLines, the format and time.  It notes the catalogue's data version
+// and the connection's change count.  Returns false, with no rows, when
+// the statement fails; nothing is printed.
+//
+// AppendPathList(entries) appends what GetSongPathList(entries, pfix)
+// would: midi_path TAB audio_path TAB format TAB mtime for the rows of pfix
+// ("SMF" for a format containing "SOLO" or "KW"; for prefix "y" the entry
+// ends with the tab after the format).  Only after a Read with withLines.
+//
+// Current(man) is true while the rows are still the table's: this
+// connection has changed no row since Read and no other connection has
+// committed a change to the catalogue (PRAGMA data_version).
+//
+// A SongRows holds plain copies and may outlive the connection.
+#ifndef ZANSONG_SRC_DB_SONG_ROWS_H_
+#define ZANSONG_SRC_DB_SONG_ROWS_H_
+
+#include <limits>
+#include <list>
+#include <string>
+#include <vector>
+
+class TDBSongMan;
+
+namespace zansong {
+
+class SongRows {
+ public:
+  // The position of a row whose disp_order is not an integer.
+  static constexpr int kUnknownOrder = std::numeric_limits<int>::min();
+
+  struct Row {
+    int id;
+    int order;      // disp_order, or kUnknownOrder
+    bool inPrefix;  // pfix = the prefix given to Read
+    // midi_path TAB audio_path TAB song_id: the GetSongPathList2 entry.
+    std::string entry;
+    size_t pathsLength;  // of entry, up to and with the second tab
+    // With withLines, for rows of the prefix: the rest of the
+    // GetSongPathList entry after the second tab.
+    std::string tail;
+  };
+
+  bool Read(TDBSongMan& man, const char* pfix, bool withLines);
+  void AppendPathList(std::list<std::string>& entries) const;
+  bool Current(TDBSongMan& man) const;
+
+  const std::vector<Row>& rows() const { return rows_; }
+  const std::string& prefix() const { return prefix_; }
+
+ private:
+  std::vector<Row> rows_;
+  std::string prefix_;
+  long long dataVersion_ = -1;
+  long long changes_ = -1;
+};
+
+}  // namespace zansong
+
+#endif  // ZANSONG_SRC_DB_SONG_ROWS_H_
