@@ -4,6 +4,7 @@
 //
 //   build/bench/register_bench [--benchmark_repetitions=3]
 //   build/bench/register_bench --lay-out SONGROOT   (only lays out the storage)
+//   build/bench/register_bench --change SONGROOT R  (only makes the changes of round R)
 //
 // Each case runs twice: with the registration's writes grouped into short
 // transactions (per_row:0) and with every statement committing on its own
@@ -25,6 +26,7 @@
 #include <utime.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <string>
@@ -92,6 +94,23 @@ void LayOut(const std::string& root) {
   }
 }
 
+// Round r below root: touches 10 songs, adds 10 new ones and removes the 10
+// that round r - 1 added (none in round 0).
+void ChangeThirty(const std::string& root, int round) {
+  for (int i = 0; i < 10; ++i) {
+    int n = (i * 499 + round * 7) % kSongs;
+    struct utimbuf t;
+    t.actime = t.modtime = std::time(nullptr) + round * 100 + i;
+    ::utime(SongPath(root, n).c_str(), &t);
+    std::string album = root + "Album" + std::to_string(1000 + (i * 37) % kAlbums) + "/New";
+    samplefiles::SaveBytes(album + std::to_string(round) + "_" + std::to_string(i) + ".mid",
+                           SongBytes(i));
+    if (round > 0) {
+      std::remove((album + std::to_string(round - 1) + "_" + std::to_string(i) + ".mid").c_str());
+    }
+  }
+}
+
 // One storage for the whole process.
 struct Storage {
   zansong_test::DeviceImage image;
@@ -109,22 +128,7 @@ struct Storage {
     struct statfs fs;
     return ::statfs(root.c_str(), &fs) == 0 && fs.f_type == TMPFS_MAGIC;
   }
-  // Round r: touches 10 songs, adds 10 new ones and removes the 10 that
-  // round r - 1 added (none in round 0).
-  void ChangeThirty(int round) {
-    for (int i = 0; i < 10; ++i) {
-      int n = (i * 499 + round * 7) % kSongs;
-      struct utimbuf t;
-      t.actime = t.modtime = std::time(nullptr) + round * 100 + i;
-      ::utime(SongPath(root, n).c_str(), &t);
-      std::string album = root + "Album" + std::to_string(1000 + (i * 37) % kAlbums) + "/New";
-      samplefiles::SaveBytes(album + std::to_string(round) + "_" + std::to_string(i) + ".mid",
-                             SongBytes(i));
-      if (round > 0) {
-        std::remove((album + std::to_string(round - 1) + "_" + std::to_string(i) + ".mid").c_str());
-      }
-    }
-  }
+  void ChangeThirty(int round) { ::ChangeThirty(root, round); }
   int round = 0;
 };
 
@@ -238,13 +242,20 @@ BENCHMARK(BM_RegistrationAfterThirtyChanges)
 
 }  // namespace
 
-// "--lay-out DIR" only lays out the storage below the song root DIR (for
-// measuring zanfm or a profiler on it) and runs no benchmark.
+// "--lay-out DIR" only lays out the storage below the song root DIR, and
+// "--change DIR ROUND" only makes the changes of that round there (for
+// measuring zanfm or a profiler on it); neither runs a benchmark.
 int main(int argc, char** argv) {
-  if (argc == 3 && std::strcmp(argv[1], "--lay-out") == 0) {
+  const bool layOut = argc == 3 && std::strcmp(argv[1], "--lay-out") == 0;
+  const bool change = argc == 4 && std::strcmp(argv[1], "--change") == 0;
+  if (layOut || change) {
     std::string root = argv[2];
     if (root.empty() || root.back() != '/') root += '/';
-    LayOut(root);
+    if (layOut) {
+      LayOut(root);
+    } else {
+      ChangeThirty(root, std::atoi(argv[3]));
+    }
     return 0;
   }
   benchmark::Initialize(&argc, argv);
