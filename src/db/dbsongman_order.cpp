@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -98,47 +99,57 @@ int Renumber(TDBSongMan& man, const char* table, const std::vector<int>& keys,
 }
 
 // The key after the last tab of a path-list entry.
-int KeyOfEntry(const std::string& entry) {
-  std::string::size_type tab = entry.rfind('\t');
-  return std::atoi(entry.c_str() + (tab == std::string::npos ? 0 : tab + 1));
+int KeyOfEntry(std::string_view entry) {
+  std::string_view::size_type tab = entry.rfind('\t');
+  return std::atoi(std::string(entry.substr(tab == std::string_view::npos ? 0 : tab + 1)).c_str());
 }
 
-// Byte order of path-list entries (char_traits<char> compares as unsigned
-// bytes).
-bool EntryBefore(const std::string* a, const std::string* b) { return *a < *b; }
-
-// Renumbers the rows of table by their path-list entries in byte order,
-// writing only the positions that current shows to change (every position
-// without current).  1 or 0.
-int RenumberSorted(TDBSongMan& man, const char* table, std::vector<const std::string*>& entries,
+// Renumbers the rows of table by their path-list entries in byte order
+// (string_view compares as unsigned bytes), writing only the positions that
+// current shows to change (every position without current).  1 or 0.
+int RenumberSorted(TDBSongMan& man, const char* table, std::vector<std::string_view>& entries,
                    const CurrentOrders* current, WriteBatch* batch) {
-  std::sort(entries.begin(), entries.end(), EntryBefore);
+  std::sort(entries.begin(), entries.end());
   std::vector<int> keys;
   keys.reserve(entries.size());
-  for (const std::string* entry : entries) keys.push_back(KeyOfEntry(*entry));
+  for (std::string_view entry : entries) keys.push_back(KeyOfEntry(entry));
   return Renumber(man, table, keys, current, batch);
 }
 
 // The same with the current positions read from table.
 int RenumberByPath(TDBSongMan& man, const char* table, std::list<std::string>& entries,
                    WriteBatch* batch) {
-  std::vector<const std::string*> sorted;
-  sorted.reserve(entries.size());
-  for (const std::string& entry : entries) sorted.push_back(&entry);
+  std::vector<std::string_view> sorted(entries.begin(), entries.end());
   // When the positions cannot be read, every row is written.
   CurrentOrders current;
   bool known = ReadCurrentOrders(man, table, current);
   return RenumberSorted(man, table, sorted, known ? &current : nullptr, batch);
 }
 
+// Whether the songs of the prefix of rows already hold the positions that
+// renumbering by path would give them: positions 1, 2, ..., n whose
+// entries, taken in that order, rise in byte order.
+bool InPathOrder(const zansong::SongRows& rows) {
+  std::vector<const zansong::SongRows::Row*> ordered = rows.InPositionOrder();
+  for (size_t i = 1; i < ordered.size(); ++i) {
+    if (!(rows.Entry(*ordered[i - 1]) < rows.Entry(*ordered[i]))) return false;
+  }
+  // No song of the prefix, or every one in place.
+  return !ordered.empty() ||
+         std::none_of(rows.rows().begin(), rows.rows().end(),
+                      [](const zansong::SongRows::Row& r) { return r.inPrefix; });
+}
+
 // Renumbers the songs of the prefix of rows by path, from the rows alone:
 // their GetSongPathList2 entries and the positions of every song.
 int RenumberSongs(TDBSongMan& man, const zansong::SongRows& rows, WriteBatch* batch) {
-  std::vector<const std::string*> entries;
+  // Nothing would be written: the sort is not needed to tell.
+  if (InPathOrder(rows)) return 1;
+  std::vector<std::string_view> entries;
   CurrentOrders current;
   current.Reserve(rows.rows().size());
   for (const zansong::SongRows::Row& row : rows.rows()) {
-    if (row.inPrefix) entries.push_back(&row.entry);
+    if (row.inPrefix) entries.push_back(rows.Entry(row));
     current.Add(row.id, row.order);
   }
   current.Finish();

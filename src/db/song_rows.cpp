@@ -26,6 +26,7 @@ long long DataVersion(sqlite3* db) {
 
 bool SongRows::Read(TDBSongMan& man, const char* pfix, bool withLines) {
   rows_.clear();
+  text_.clear();
   prefix_ = TextOrEmpty(pfix);
   sqlite3* db = man.db;
   SqlText sql = FormatSql(withLines ? "SELECT song_id,disp_order,pfix = '%q',midi_path,audio_path,"
@@ -43,33 +44,58 @@ bool SongRows::Read(TDBSongMan& man, const char* pfix, bool withLines) {
     r.order =
         sqlite3_column_type(row, 1) == SQLITE_INTEGER ? sqlite3_column_int(row, 1) : kUnknownOrder;
     r.inPrefix = sqlite3_column_type(row, 2) != SQLITE_NULL && sqlite3_column_int(row, 2) != 0;
-    const std::string id = std::to_string(r.id);
-    r.entry.reserve(static_cast<size_t>(sqlite3_column_bytes(row, 3)) +
-                    static_cast<size_t>(sqlite3_column_bytes(row, 4)) + 2 + id.size());
-    r.entry += ColumnView(row, 3);
-    r.entry += '\t';
-    r.entry += ColumnView(row, 4);
-    r.entry += '\t';
-    r.pathsLength = r.entry.size();
-    r.entry += id;
+    r.at = text_.size();
+    text_ += ColumnView(row, 3);
+    text_ += '\t';
+    text_ += ColumnView(row, 4);
+    text_ += '\t';
+    r.pathsSize = text_.size() - r.at;
+    text_ += std::to_string(r.id);
+    r.entrySize = text_.size() - r.at;
     if (withLines && r.inPrefix) {
       AppendSongPathTail(ColumnView(row, 5), withMtime ? ColumnView(row, 6) : std::string_view(),
-                         r.tail);
+                         text_);
     }
-    rows_.push_back(std::move(r));
+    r.tailSize = text_.size() - r.at - r.entrySize;
+    rows_.push_back(r);
   });
-  if (!done || dataVersion_ < 0) rows_.clear();
+  if (!done || dataVersion_ < 0) {
+    rows_.clear();
+    text_.clear();
+  }
   return done && dataVersion_ >= 0;
 }
 
 void SongRows::AppendPathList(std::list<std::string>& entries) const {
+  auto append = [this, &entries](const Row& r) {
+    std::string entry;
+    entry.reserve(r.pathsSize + r.tailSize);
+    entry.append(text_, r.at, r.pathsSize).append(text_, r.at + r.entrySize, r.tailSize);
+    entries.push_back(std::move(entry));
+  };
+  std::vector<const Row*> ordered = InPositionOrder();
+  if (!ordered.empty()) {
+    for (const Row* r : ordered) append(*r);
+    return;
+  }
+  for (const Row& r : rows_) {
+    if (r.inPrefix) append(r);
+  }
+}
+
+std::vector<const SongRows::Row*> SongRows::InPositionOrder() const {
+  size_t count = 0;
+  for (const Row& r : rows_) count += r.inPrefix ? 1 : 0;
+  std::vector<const Row*> ordered(count, nullptr);
   for (const Row& r : rows_) {
     if (!r.inPrefix) continue;
-    std::string entry;
-    entry.reserve(r.pathsLength + r.tail.size());
-    entry.append(r.entry, 0, r.pathsLength).append(r.tail);
-    entries.push_back(std::move(entry));
+    // Positions 1 to count, each held once.
+    if (r.order < 1 || static_cast<size_t>(r.order) > count || ordered[r.order - 1] != nullptr) {
+      return std::vector<const Row*>();
+    }
+    ordered[static_cast<size_t>(r.order) - 1] = &r;
   }
+  return ordered;
 }
 
 bool SongRows::Current(TDBSongMan& man) const {

@@ -16,6 +16,14 @@
 // would: midi_path TAB audio_path TAB format TAB mtime for the rows of pfix
 // ("SMF" for a format containing "SOLO" or "KW"; for prefix "y" the entry
 // ends with the tab after the format).  Only after a Read with withLines.
+// The entries come in the order of the rows' positions when these are
+// 1, 2, 3, ... (see InPositionOrder), else in the table's order.
+//
+// InPositionOrder() lists the rows of pfix by position when their
+// positions are exactly 1, 2, ..., n (n rows), else it is empty.
+//
+// Entry(row) is the row's GetSongPathList2 entry, midi_path TAB audio_path
+// TAB song_id; it stays valid as long as the SongRows.
 //
 // Current(man) is true while the rows are still the table's: this
 // connection has changed no row since Read and no other connection has
@@ -25,9 +33,11 @@
 #ifndef ZANSONG_SRC_DB_SONG_ROWS_H_
 #define ZANSONG_SRC_DB_SONG_ROWS_H_
 
+#include <cstddef>
 #include <limits>
 #include <list>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class TDBSongMan;
@@ -43,23 +53,30 @@ class SongRows {
     int id;
     int order;      // disp_order, or kUnknownOrder
     bool inPrefix;  // pfix = the prefix given to Read
-    // midi_path TAB audio_path TAB song_id: the GetSongPathList2 entry.
-    std::string entry;
-    size_t pathsLength;  // of entry, up to and with the second tab
-    // With withLines, for rows of the prefix: the rest of the
-    // GetSongPathList entry after the second tab.
-    std::string tail;
+    // The row's texts, one after the other in the SongRows' text: the
+    // GetSongPathList2 entry (its first pathsSize bytes are midi_path TAB
+    // audio_path TAB) and, with withLines for rows of the prefix, the rest
+    // of the GetSongPathList entry after the second tab.
+    size_t at;
+    size_t entrySize;
+    size_t pathsSize;
+    size_t tailSize;
   };
 
   bool Read(TDBSongMan& man, const char* pfix, bool withLines);
   void AppendPathList(std::list<std::string>& entries) const;
+  std::vector<const Row*> InPositionOrder() const;
   bool Current(TDBSongMan& man) const;
 
+  std::string_view Entry(const Row& row) const {
+    return std::string_view(text_).substr(row.at, row.entrySize);
+  }
   const std::vector<Row>& rows() const { return rows_; }
   const std::string& prefix() const { return prefix_; }
 
  private:
   std::vector<Row> rows_;
+  std::string text_;
   std::string prefix_;
   long long dataVersion_ = -1;
   long long changes_ = -1;

@@ -1,5 +1,6 @@
 // FM_Add_AllSongs_ByCache: brings the catalogue of one storage area in step
 // with its files by comparing song cache lines, writing only differences.
+#include <algorithm>
 #include <chrono>
 #include <ctime>
 #include <deque>
@@ -294,7 +295,9 @@ extern "C" int FM_Add_AllSongs_ByCache(const char* root, const char* folder, int
   } else if (!man.GetSongPathList(known, prefix.c_str())) {
     return ret;
   }
-  known.sort();
+  // The rows come in the order of their positions, which is mostly the
+  // order of their paths already.
+  if (!std::is_sorted(known.begin(), known.end())) known.sort();
   GetDiffCacheList(songLines, known);
   if (completeScan) {
     work.DeleteSongs(known);
