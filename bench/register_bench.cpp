@@ -94,8 +94,9 @@ void LayOut(const std::string& root) {
   }
 }
 
-// Round r below root: touches 10 songs, adds 10 new ones and removes the 10
-// that round r - 1 added (none in round 0).
+// Round r below root: touches 10 songs, adds 10 new ones and removes 10:
+// in round 0 ten of the songs laid out, later the 10 that round r - 1
+// added.  The storage keeps 4999 songs, the most a registration takes.
 void ChangeThirty(const std::string& root, int round) {
   for (int i = 0; i < 10; ++i) {
     int n = (i * 499 + round * 7) % kSongs;
@@ -107,6 +108,8 @@ void ChangeThirty(const std::string& root, int round) {
                            SongBytes(i));
     if (round > 0) {
       std::remove((album + std::to_string(round - 1) + "_" + std::to_string(i) + ".mid").c_str());
+    } else {
+      std::remove(SongPath(root, i * 499 + 275).c_str());  // none with a WAV companion
     }
   }
 }
@@ -119,9 +122,9 @@ struct Storage {
     root = image.SongRoot();
     LayOut(root);
   }
-  void Register(int keepOrder) {
+  int Register(int keepOrder) {
     zansong_test::StdoutCapture quiet;
-    FM_Add_AllSongs_ByCache(root.c_str(), "", 0, keepOrder, 0);
+    return FM_Add_AllSongs_ByCache(root.c_str(), "", 0, keepOrder, 0);
   }
   void DropCatalogue() { std::remove((root + ".zansong.db").c_str()); }
   bool OnTmpfs() const {
@@ -167,10 +170,16 @@ bool Usable(benchmark::State& state, Storage& s) {
   return false;
 }
 
+// Every registration measured must take the whole storage: one that stops
+// early (a limit) would measure less work.
+void Registered(benchmark::State& state, int result) {
+  if (result != 0) state.SkipWithError("a registration did not return 0");
+}
+
 // A registered catalogue of the whole storage, written grouped.
-void RegisterAll(Storage& s) {
+void RegisterAll(benchmark::State& state, Storage& s) {
   s.DropCatalogue();
-  s.Register(0);
+  Registered(state, s.Register(0));
 }
 
 void BM_FirstRegistration(benchmark::State& state) {
@@ -182,8 +191,9 @@ void BM_FirstRegistration(benchmark::State& state) {
     s.DropCatalogue();
     mode.Timed(true);
     state.ResumeTiming();
-    s.Register(0);
+    const int result = s.Register(0);
     state.PauseTiming();
+    Registered(state, result);
     mode.Timed(false);
     state.ResumeTiming();
   }
@@ -203,10 +213,12 @@ BENCHMARK(BM_FirstRegistration)
 void BM_RegistrationUnchanged(benchmark::State& state) {
   Storage& s = TheStorage();
   if (!Usable(state, s)) return;
-  RegisterAll(s);
+  RegisterAll(state, s);
   CommitMode mode(state, static_cast<Commits>(state.range(0)));
   mode.Timed(true);
-  for (auto _ : state) s.Register(0);
+  int result = 0;
+  for (auto _ : state) result |= s.Register(0);
+  Registered(state, result);
   mode.Timed(false);
 }
 BENCHMARK(BM_RegistrationUnchanged)
@@ -219,17 +231,18 @@ BENCHMARK(BM_RegistrationUnchanged)
 void BM_RegistrationAfterThirtyChanges(benchmark::State& state) {
   Storage& s = TheStorage();
   if (!Usable(state, s)) return;
-  RegisterAll(s);
-  s.ChangeThirty(s.round++);  // the first round removes nothing: untimed
-  s.Register(0);
+  RegisterAll(state, s);
+  s.ChangeThirty(s.round++);  // the first round removes songs laid out: untimed
+  Registered(state, s.Register(0));
   CommitMode mode(state, static_cast<Commits>(state.range(0)));
   for (auto _ : state) {
     state.PauseTiming();
     s.ChangeThirty(s.round++);
     mode.Timed(true);
     state.ResumeTiming();
-    s.Register(0);
+    const int result = s.Register(0);
     state.PauseTiming();
+    Registered(state, result);
     mode.Timed(false);
     state.ResumeTiming();
   }
