@@ -176,6 +176,27 @@ TEST_F(SmfLoadTest, TrackLoadsFromAFileHandle) {
   std::fclose(f);
 }
 
+TEST_F(SmfLoadTest, TrackFromMemoryIsReadInPlace) {
+  MidiTrack t = Simple();
+  const std::string chunks = TrackChunk(t.bytes()) + TrackChunk(std::string(2000, '\x7F'));
+  const unsigned char* bytes = reinterpret_cast<const unsigned char*>(chunks.data());
+  TSmfData owner;
+  TTrackData first(&owner);
+  TTrackData second(&owner);
+  size_t used = 0;
+  ASSERT_EQ(first.LoadFromMemory(bytes, chunks.size(), false, &used), 1);
+  EXPECT_EQ(used, 8 + t.bytes().size());
+  // The track's data is the chunk's own bytes, not a copy.
+  EXPECT_EQ(first.GetData(), bytes + 8);
+  EXPECT_EQ(first.GetDataLength(), t.bytes().size());
+  ASSERT_EQ(second.LoadFromMemory(bytes + used, chunks.size() - used, true, &used), 1);
+  EXPECT_EQ(second.GetData(), bytes + 8 + t.bytes().size() + 8);
+  EXPECT_EQ(second.GetDataLength(), 1024u);
+  EXPECT_EQ(used, 8 + 1024u);
+  // A length beyond the bytes given is refused.
+  EXPECT_EQ(first.LoadFromMemory(bytes, 8 + t.bytes().size() - 1, false, &used), 0);
+}
+
 // A track whose length field matches its data but whose last event is cut
 // short: the walk stops where the complete data ends.
 TEST_F(SmfLoadTest, DeltaTimeRunningPastTheEndEndsTheTrack) {
