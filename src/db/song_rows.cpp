@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <utility>
@@ -26,7 +27,8 @@ long long DataVersion(sqlite3* db) {
 
 bool SongRows::Read(TDBSongMan& man, const char* pfix, bool withLines) {
   rows_.clear();
-  text_.clear();
+  entries_.clear();
+  lines_.clear();
   prefix_ = TextOrEmpty(pfix);
   sqlite3* db = man.db;
   SqlText sql = FormatSql(withLines ? "SELECT song_id,disp_order,pfix = '%q',midi_path,audio_path,"
@@ -44,43 +46,45 @@ bool SongRows::Read(TDBSongMan& man, const char* pfix, bool withLines) {
     r.order =
         sqlite3_column_type(row, 1) == SQLITE_INTEGER ? sqlite3_column_int(row, 1) : kUnknownOrder;
     r.inPrefix = sqlite3_column_type(row, 2) != SQLITE_NULL && sqlite3_column_int(row, 2) != 0;
-    r.at = text_.size();
-    text_ += ColumnView(row, 3);
-    text_ += '\t';
-    text_ += ColumnView(row, 4);
-    text_ += '\t';
-    r.pathsSize = text_.size() - r.at;
-    text_ += std::to_string(r.id);
-    r.entrySize = text_.size() - r.at;
+    const std::string_view midi = ColumnView(row, 3);
+    const std::string_view audio = ColumnView(row, 4);
+    r.entryAt = entries_.size();
+    entries_.append(midi).append(1, '\t').append(audio).append(1, '\t');
+    entries_ += std::to_string(r.id);
+    r.entrySize = entries_.size() - r.entryAt;
+    r.lineAt = lines_.size();
     if (withLines && r.inPrefix) {
+      lines_.append(midi).append(1, '\t').append(audio).append(1, '\t');
       AppendSongPathTail(ColumnView(row, 5), withMtime ? ColumnView(row, 6) : std::string_view(),
-                         text_);
+                         lines_);
     }
-    r.tailSize = text_.size() - r.at - r.entrySize;
+    r.lineSize = lines_.size() - r.lineAt;
     rows_.push_back(r);
   });
   if (!done || dataVersion_ < 0) {
     rows_.clear();
-    text_.clear();
+    entries_.clear();
+    lines_.clear();
   }
   return done && dataVersion_ >= 0;
 }
 
-void SongRows::AppendPathList(std::list<std::string>& entries) const {
-  auto append = [this, &entries](const Row& r) {
-    std::string entry;
-    entry.reserve(r.pathsSize + r.tailSize);
-    entry.append(text_, r.at, r.pathsSize).append(text_, r.at + r.entrySize, r.tailSize);
-    entries.push_back(std::move(entry));
+std::vector<std::string_view> SongRows::PathList() const {
+  std::vector<std::string_view> lines;
+  auto line = [this](const Row& r) {
+    return std::string_view(lines_).substr(r.lineAt, r.lineSize);
   };
   std::vector<const Row*> ordered = InPositionOrder();
   if (!ordered.empty()) {
-    for (const Row* r : ordered) append(*r);
-    return;
+    lines.reserve(ordered.size());
+    for (const Row* r : ordered) lines.push_back(line(*r));
+  } else {
+    for (const Row& r : rows_) {
+      if (r.inPrefix) lines.push_back(line(r));
+    }
   }
-  for (const Row& r : rows_) {
-    if (r.inPrefix) append(r);
-  }
+  if (!std::is_sorted(lines.begin(), lines.end())) std::sort(lines.begin(), lines.end());
+  return lines;
 }
 
 std::vector<const SongRows::Row*> SongRows::InPositionOrder() const {

@@ -12,12 +12,12 @@
 // and the connection's change count.  Returns false, with no rows, when
 // the statement fails; nothing is printed.
 //
-// AppendPathList(entries) appends what GetSongPathList(entries, pfix)
-// would: midi_path TAB audio_path TAB format TAB mtime for the rows of pfix
-// ("SMF" for a format containing "SOLO" or "KW"; for prefix "y" the entry
-// ends with the tab after the format).  Only after a Read with withLines.
-// The entries come in the order of the rows' positions when these are
-// 1, 2, 3, ... (see InPositionOrder), else in the table's order.
+// PathList() gives what GetSongPathList(entries, pfix) would, sorted in
+// byte order: midi_path TAB audio_path TAB format TAB mtime for the rows of
+// pfix ("SMF" for a format containing "SOLO" or "KW"; for prefix "y" the
+// entry ends with the tab after the format), as views into the SongRows.
+// Only after a Read with withLines.  Rows that already hold positions 1,
+// 2, ... in path order give their entries in order without a sort.
 //
 // InPositionOrder() lists the rows of pfix by position when their
 // positions are exactly 1, 2, ..., n (n rows), else it is empty.
@@ -35,7 +35,6 @@
 
 #include <cstddef>
 #include <limits>
-#include <list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,30 +52,30 @@ class SongRows {
     int id;
     int order;      // disp_order, or kUnknownOrder
     bool inPrefix;  // pfix = the prefix given to Read
-    // The row's texts, one after the other in the SongRows' text: the
-    // GetSongPathList2 entry (its first pathsSize bytes are midi_path TAB
-    // audio_path TAB) and, with withLines for rows of the prefix, the rest
-    // of the GetSongPathList entry after the second tab.
-    size_t at;
+    // Where the row's texts lie: its GetSongPathList2 entry in the
+    // entries' text and, with withLines for rows of the prefix, its
+    // GetSongPathList entry in the lines' text (size 0 for none).
+    size_t entryAt;
     size_t entrySize;
-    size_t pathsSize;
-    size_t tailSize;
+    size_t lineAt;
+    size_t lineSize;
   };
 
   bool Read(TDBSongMan& man, const char* pfix, bool withLines);
-  void AppendPathList(std::list<std::string>& entries) const;
+  std::vector<std::string_view> PathList() const;
   std::vector<const Row*> InPositionOrder() const;
   bool Current(TDBSongMan& man) const;
 
   std::string_view Entry(const Row& row) const {
-    return std::string_view(text_).substr(row.at, row.entrySize);
+    return std::string_view(entries_).substr(row.entryAt, row.entrySize);
   }
   const std::vector<Row>& rows() const { return rows_; }
   const std::string& prefix() const { return prefix_; }
 
  private:
   std::vector<Row> rows_;
-  std::string text_;
+  std::string entries_;
+  std::string lines_;
   std::string prefix_;
   long long dataVersion_ = -1;
   long long changes_ = -1;

@@ -1,13 +1,14 @@
 // FM_Add_AllSongs_ByCache: brings the catalogue of one storage area in step
 // with its files by comparing song cache lines, writing only differences.
-#include <algorithm>
 #include <chrono>
 #include <ctime>
 #include <deque>
 #include <list>
 #include <set>
 #include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "common/device_path.h"
 #include "db/batched_order.h"
@@ -15,6 +16,7 @@
 #include "db/song_rows.h"
 #include "fileman/catalogue_session.h"
 #include "fileman/register_song.h"
+#include "storage/scan_cache.h"
 #include "zansong/async/cancel.h"
 #include "zansong/db/dbsongman.h"
 #include "zansong/fileman/messages.h"
@@ -291,14 +293,20 @@ extern "C" int FM_Add_AllSongs_ByCache(const char* root, const char* folder, int
   known.clear();
   zansong::SongRows rows;
   if (rows.Read(man, prefix.c_str(), true)) {
-    rows.AppendPathList(known);
-  } else if (!man.GetSongPathList(known, prefix.c_str())) {
+    // GetDiffCacheList against the catalogue's lines as they were read:
+    // only the lines that differ become strings of their own.
+    std::vector<std::string_view> lines = rows.PathList();
+    using Line = std::vector<std::string_view>::const_iterator;
+    auto keep = [&known](Line line) { known.emplace_back(*line); };
+    Line rest = zansong::RemoveCommonLines(
+        songLines, lines.cbegin(), lines.cend(), [](Line line) { return ++line; }, keep);
+    for (; rest != lines.cend(); ++rest) keep(rest);
+  } else if (man.GetSongPathList(known, prefix.c_str())) {
+    known.sort();
+    GetDiffCacheList(songLines, known);
+  } else {
     return ret;
   }
-  // The rows come in the order of their positions, which is mostly the
-  // order of their paths already.
-  if (!std::is_sorted(known.begin(), known.end())) known.sort();
-  GetDiffCacheList(songLines, known);
   if (completeScan) {
     work.DeleteSongs(known);
   } else {

@@ -37,9 +37,9 @@ namespace zansong {
 std::string SongCacheLine(std::string_view midiPath, std::string_view audioPath, int start,
                           std::string_view time) {
   const char* kind = "";
-  TSString audioKind;
+  std::string audioKind;  // only an audio-only song needs its kind made
   if (midiPath.empty()) {
-    audioKind = AudioKind(TSString(std::string(audioPath).c_str()));
+    audioKind = AudioKind(TSString(std::string(audioPath).c_str())).c_str();
     kind = audioKind.c_str();
   } else if (audioPath.empty()) {
     kind = "SMF";
@@ -105,17 +105,7 @@ void GetSongCacheList(TSString& root, std::list<std::string>& paths,
 }
 
 void GetDiffCacheList(std::list<std::string>& a, std::list<std::string>& b) {
-  auto ia = a.begin();
-  auto ib = b.begin();
-  while (ia != a.end() && ib != b.end()) {
-    int order = ia->compare(*ib);
-    if (order < 0) {
-      ++ia;
-    } else if (order > 0) {
-      ++ib;
-    } else {
-      ia = a.erase(ia);
-      ib = b.erase(ib);
-    }
-  }
+  using Line = std::list<std::string>::iterator;
+  zansong::RemoveCommonLines(
+      a, b.begin(), b.end(), [&b](Line line) { return b.erase(line); }, [](Line) {});
 }

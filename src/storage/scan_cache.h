@@ -1,7 +1,9 @@
-// Private: the song cache line, shared by the cache functions and the scans.
+// Private: the song cache line, shared by the cache functions and the scans,
+// and the merge walk of GetDiffCacheList.
 #ifndef ZANSONG_STORAGE_SCAN_CACHE_H_
 #define ZANSONG_STORAGE_SCAN_CACHE_H_
 
+#include <list>
 #include <string>
 #include <string_view>
 
@@ -15,6 +17,31 @@ namespace zansong {
 // SubString(path, start) cuts them.
 std::string SongCacheLine(std::string_view midiPath, std::string_view audioPath, int start,
                           std::string_view time);
+
+// The merge walk of GetDiffCacheList over a and the lines [ib, endB), both
+// sorted in byte order: removes from a every line that the other side has
+// too, each matching one line there, which the walk passes over with
+// passB(it) (returning the next position); calls onlyB(it) for each line
+// of the other side that a does not have, up to where either side ends.
+// Returns the other side's position there: from it on, nothing was
+// compared.
+template <typename ItB, typename PassB, typename OnlyB>
+ItB RemoveCommonLines(std::list<std::string>& a, ItB ib, ItB endB, PassB passB, OnlyB onlyB) {
+  auto ia = a.begin();
+  while (ia != a.end() && ib != endB) {
+    int order = std::string_view(*ia).compare(*ib);
+    if (order < 0) {
+      ++ia;
+    } else if (order > 0) {
+      onlyB(ib);
+      ++ib;
+    } else {
+      ia = a.erase(ia);
+      ib = passB(ib);
+    }
+  }
+  return ib;
+}
 
 }  // namespace zansong
 
