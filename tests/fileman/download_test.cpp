@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 
 #include "fileman/download_test_helpers.h"
@@ -279,6 +280,37 @@ TEST_F(DownloadFilingTest, UnterminatedRecordTextIsRefused) {
   std::memset(late.mtime, '9', sizeof late.mtime);
   EXPECT_EQ(kResultCannotExecute, File(late));
   EXPECT_FALSE(PathExists(Area()));
+}
+
+// No file whose name begins with PWN (what the shell text in the names
+// would create if a shell ran it) in the image or the working directory.
+void ExpectNoCommandRan(const std::string& image) {
+  namespace fs = std::filesystem;
+  for (const std::string& dir : {image, fs::current_path().string()}) {
+    for (const auto& e : fs::recursive_directory_iterator(dir)) {
+      EXPECT_NE(0u, e.path().filename().string().rfind("PWN", 0)) << e.path();
+    }
+  }
+}
+
+TEST_F(DownloadFilingTest, QuotesDollarsAndBackquotesAreJustText) {
+  const std::string dir = "\"$(touch PWN1)`touch PWN2`";
+  const std::string title = "Song \"$(touch PWN3)\" `touch PWN4`";
+  DownloadRecord rec = Record(dir, title);
+  Put(rec.midiSource, Midi("a$(touch PWN5)`touch PWN6`.mid"));
+  Put(rec.audioSource, Wav("a$(touch PWN5)`touch PWN6`.wav"));
+  Put(rec.coverSource, Cover("c\"$(touch PWN7).jpg"));
+  Put(rec.albumTitle, "Album '$(touch PWN8)' `touch PWN9`");
+  ASSERT_EQ(kResultOk, File(rec));
+  const std::string album = Area() + dir + "/";
+  EXPECT_TRUE(PathExists(album + "a$(touch PWN5)`touch PWN6`.mid"));
+  EXPECT_TRUE(PathExists(album + "a$(touch PWN5)`touch PWN6`.wav"));
+  EXPECT_TRUE(PathExists(album + "zanalbum.jpg"));
+  EXPECT_EQ("Album '$(touch PWN8)' `touch PWN9`", ReadFile(album + ".zanalbum"));
+  EXPECT_EQ(title + "|Downloaded Songs/" + dir + "/a$(touch PWN5)`touch PWN6`.mid",
+            Text("SELECT song_title||'|'||midi_path FROM song"));
+  EXPECT_EQ("Album '$(touch PWN8)' `touch PWN9`", Text("SELECT album_title FROM album"));
+  ExpectNoCommandRan(image_.root());
 }
 
 // The host may decode a package straight into "Single Songs": a source
