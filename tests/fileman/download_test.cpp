@@ -103,6 +103,12 @@ TEST_F(DownloadFilingTest, SingleSongGoesToSingleSongsWithItsCoverBesideIt) {
   EXPECT_EQ("Downloaded Songs/Single Songs/gym1.jpg|Downloaded Songs/Single Songs/gym1.mid|SMF",
             Text("SELECT coverart_path||'|'||midi_path||'|'||format FROM song"));
   EXPECT_EQ(AlbumId("Downloaded Songs/Single Songs"), Int("SELECT album_id FROM song"));
+  // Filed again without a cover, the song keeps the one beside it.
+  DownloadRecord again = Record("", "Gymnopedie No. 1");
+  Put(again.midiSource, Midi("gym1.mid"));
+  ASSERT_EQ(kResultOk, File(again));
+  EXPECT_EQ("Gymnopedie No. 1|Downloaded Songs/Single Songs/gym1.jpg",
+            Text("SELECT song_title||'|'||coverart_path FROM song"));
 }
 
 // The first single song makes the "Single Songs" album: its song never
