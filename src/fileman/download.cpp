@@ -12,6 +12,7 @@
 #include "fileman/now_text.h"
 #include "fileman/register_song.h"
 #include "fileman/working_copy.h"
+#include "storage/enterable_dir.h"
 #include "storage/package_decode.h"
 #include "zansong/common/path.h"
 #include "zansong/db/dbman.h"
@@ -126,7 +127,7 @@ class Filing {
   // Makes the album directory when it is missing.
   bool EnsureDirectory() {
     TSString dir = root_ + albumPath_;
-    return DirExists((dir + "/").c_str()) || MakeDirectory(dir);
+    return zansong::IsEnterableDir(dir.c_str()) || MakeDirectory(dir);
   }
   // A new album of prefix "y" with the record's cover unless coverError is
   // null; or kResultAlbumLimit / a failure code.
