@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "fileman/message_table.h"
 #include "zanmsg.h"
 #include "zansong/common/tsstring.h"
 #include "zansong/result_codes.h"
@@ -91,20 +92,12 @@ const char* KeyAt(const char* const (&keys)[N], int index) {
   return index >= 0 && index < N ? keys[index] : "";
 }
 
-const char* LabelKey(int label) { return KeyAt(kLabelKeys, label); }
 const char* ButtonKey(int button) { return KeyAt(kButtonKeys, button); }
 
 // Rows outside the table read as the empty row.
 const MessageRow& Row(int message) {
   if (message < 0 || message >= kMessageRowCount) return kMessageRows[kMessageRowCount - 1];
   return kMessageRows[message];
-}
-
-// The messages shown under the error label whatever label was asked for.
-bool ShownAsError(int message) {
-  return message == kMsgUsbWriteProtected || message == kMsgLimitSongs999 ||
-         message == kMsgLimitAlbums || message == kMsgLimitSongs4999 ||
-         message == kMsgLimitPlaylists;
 }
 
 const char* Text(const char* key) { return msg_getXmlMsg(key); }
@@ -145,6 +138,22 @@ TSString RegisterText(const char* messageKey, int percent, int count) {
 }
 
 }  // namespace
+
+namespace zansong {
+
+const char* MessageKey(int row) { return Row(row).key; }
+
+const char* LabelKey(int label) { return KeyAt(kLabelKeys, label); }
+
+bool ShownAsError(int row) {
+  return row == kMsgUsbWriteProtected || row == kMsgLimitSongs999 || row == kMsgLimitAlbums ||
+         row == kMsgLimitSongs4999 || row == kMsgLimitPlaylists;
+}
+
+}  // namespace zansong
+
+using zansong::LabelKey;
+using zansong::ShownAsError;
 
 void PrintXmlMessageBox(const char* label, const char* msg, const char* button1,
                         const char* btn1_type, const char* wait, int key) {

@@ -9,27 +9,14 @@
 #include <filesystem>
 #include <string>
 
+#include "samplefiles/package_writer.h"
 #include "support/device_image.h"
 #include "support/stdout_capture.h"
 #include "zansong/storage/package.h"
 
 namespace zansong_test {
 
-inline std::string Base64(const std::string& bytes) {
-  static const char kAlphabet[] =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string out;
-  for (size_t i = 0; i < bytes.size(); i += 3) {
-    unsigned v = static_cast<unsigned char>(bytes[i]) << 16;
-    if (i + 1 < bytes.size()) v |= static_cast<unsigned char>(bytes[i + 1]) << 8;
-    if (i + 2 < bytes.size()) v |= static_cast<unsigned char>(bytes[i + 2]);
-    out += kAlphabet[(v >> 18) & 63];
-    out += kAlphabet[(v >> 12) & 63];
-    out += i + 1 < bytes.size() ? kAlphabet[(v >> 6) & 63] : '=';
-    out += i + 2 < bytes.size() ? kAlphabet[v & 63] : '=';
-  }
-  return out;
-}
+using samplefiles::Base64;
 
 // The text broken into lines of width characters.
 inline std::string Lines(const std::string& text, size_t width, const std::string& indent) {

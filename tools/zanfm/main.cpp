@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "zanfm/catalogue_view.h"
+#include "zanfm/download_command.h"
 #include "zanfm/host_paths.h"
 #include "zanfm/message_view.h"
 #include "zanfm/programs.h"
@@ -146,6 +147,8 @@ int Demo(Options o) {
   for (const auto& k : after) {
     if (!before.count(k)) std::cout << "   registered   " << k << "\n";
   }
+  std::cout << "\n";
+  if (int rc = zanfm::DemoDownloads(o.xml)) return rc;
   // usbdb_backup writes the export for a stick only, so it holds the
   // catalogue of the stick registered last.
   std::cout << "\nJSON export of the stick's catalogue, as the web page reads it: "
@@ -189,6 +192,7 @@ int main(int argc, char** argv) {
       "lay out an image in DIR (default ./zanfm-demo), fill it with a sample library, register, "
       "list, change files and register again");
   demo->add_option("DIR", o.dir, "directory of the demo image");
+  zanfm::DownloadCommands downloads(app);
 
   CLI11_PARSE(app, argc, argv);
   std::signal(SIGINT, OnInterrupt);
@@ -202,6 +206,7 @@ int main(int argc, char** argv) {
   if (o.root.empty()) return Fail("--root DIR is required (the device image)");
   if (::access(o.root.c_str(), F_OK) != 0) return Fail("no device image at " + o.root);
   FM_SetSystemRoot(o.root.c_str());
+  if (downloads.chosen()) return downloads.Run(o.xml);
   if (*reg) {
     if (reg->count("--usb") > 0 && o.usb.empty()) o.usb = "sda1";
     return Register(o, o.usb);

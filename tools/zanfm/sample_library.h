@@ -9,6 +9,11 @@
 
 namespace zanfm {
 
+// A two-track MIDI song: the title (UTF-8, stored in Shift-JIS as the
+// instrument does), a tempo change halfway, `bars` bars of a scale.
+bool WriteSampleMidi(const std::string& path, const std::string& title, int bars);
+// A WAV song of the given length (8 kHz mono, 8 bits).
+bool WriteSampleWav(const std::string& path, int seconds);
 // Writes the sample songs under root (a storage root ending in "/"); a
 // stick gets a smaller set.  False when a file cannot be written.
 bool WriteSampleLibrary(const std::string& root, bool stick);

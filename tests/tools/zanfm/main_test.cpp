@@ -1,31 +1,15 @@
 // The command-line host run as a program: the demo and register/songs.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdio>
 #include <string>
 
 #include "support/device_image.h"
+#include "tools/zanfm/zanfm_runner.h"
 
 namespace zansong_test {
 namespace {
 
-// The built zanfm (in a cross-build, the script that runs it under the
-// emulator), quoted for the shell.
-std::string ZanfmProgram() { return std::string("'") + ZANSONG_ZANFM_PROGRAM + "'"; }
 #define ZANFM_PROGRAM ZanfmProgram()
-
-// Runs command through the shell; returns its exit status and output.
-int RunCommand(const std::string& command, std::string* output) {
-  output->clear();
-  FILE* pipe = popen((command + " 2>&1").c_str(), "r");
-  if (pipe == nullptr) return -1;
-  char buffer[4096];
-  size_t n;
-  while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0) output->append(buffer, n);
-  int status = pclose(pipe);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
 
 TEST(ZanfmTest, DemoShowsTheSampleAlbums) {
   DeviceImage image;
