@@ -34,6 +34,19 @@ bool ForEachRow(const std::string& db, const std::string& sql,
   return ok;
 }
 
+// A song from the columns song_id, album_id, song_title, format, path,
+// length.
+SongRow SongOf(sqlite3_stmt* s) {
+  SongRow row;
+  row.id = sqlite3_column_int(s, 0);
+  row.albumId = sqlite3_column_int(s, 1);
+  row.title = Text(s, 2);
+  row.format = Text(s, 3);
+  row.path = Text(s, 4);
+  row.lengthMs = sqlite3_column_int(s, 5);
+  return row;
+}
+
 // Display width of UTF-8 text, counting East Asian characters as two.
 size_t Width(const std::string& s) {
   size_t width = 0;
@@ -82,16 +95,7 @@ bool ReadSongs(const std::string& db, int albumId, std::vector<SongRow>* songs) 
       "FROM song LEFT JOIN album ON song.album_id=album.album_id ";
   if (albumId != 0) sql += "WHERE song.album_id=" + std::to_string(albumId) + " ";
   sql += "ORDER BY album.pfix,album.disp_order,song.disp_order";
-  return ForEachRow(db, sql, [songs](sqlite3_stmt* s) {
-    SongRow row;
-    row.id = sqlite3_column_int(s, 0);
-    row.albumId = sqlite3_column_int(s, 1);
-    row.title = Text(s, 2);
-    row.format = Text(s, 3);
-    row.path = Text(s, 4);
-    row.lengthMs = sqlite3_column_int(s, 5);
-    songs->push_back(row);
-  });
+  return ForEachRow(db, sql, [songs](sqlite3_stmt* s) { songs->push_back(SongOf(s)); });
 }
 
 bool ReadPlaylistSongs(const std::string& db, int playlistId, std::vector<SongRow>* songs) {
@@ -101,15 +105,8 @@ bool ReadPlaylistSongs(const std::string& db, int playlistId, std::vector<SongRo
       "FROM psong LEFT JOIN song ON psong.song_id=song.song_id WHERE playlist_id=" +
       std::to_string(playlistId) + " ORDER BY psong.disp_order";
   return ForEachRow(db, sql, [songs](sqlite3_stmt* s) {
-    SongRow row;
-    row.id = sqlite3_column_int(s, 0);
-    row.albumId = sqlite3_column_int(s, 1);
-    row.title = Text(s, 2);
-    row.format = Text(s, 3);
-    row.path = Text(s, 4);
-    row.lengthMs = sqlite3_column_int(s, 5);
-    row.entryId = sqlite3_column_int(s, 6);
-    songs->push_back(row);
+    songs->push_back(SongOf(s));
+    songs->back().entryId = sqlite3_column_int(s, 6);
   });
 }
 
