@@ -3,9 +3,6 @@
 #include "zansong/fileman/delete.h"
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <ctime>
 #include <filesystem>
@@ -262,31 +259,12 @@ TEST_F(DeleteTest, AnotherProcessWritesDuringALargeGroupedDelete) {
            "'s', i, 'S' || i, 'A/' || i || '.mid', '', i, 'SMF', 0, '', 'm', 1, '', '', '', '', "
            "'', '', '', ''");
   for (int i = 1; i <= kSongs; ++i) WriteFile(root_ + "A/" + std::to_string(i) + ".mid", "x");
-  const std::string db = Db();
   const int kInserts = 20;
-  std::fflush(stdout);
-  pid_t writer = fork();
-  if (writer == 0) {
-    int failures = 0;
-    usleep(30000);
-    for (int i = 0; i < kInserts; ++i) {
-      sqlite3* handle = nullptr;
-      if (sqlite3_open(db.c_str(), &handle) != SQLITE_OK) ++failures;
-      sqlite3_busy_timeout(handle, 1000);
-      std::string sql = "INSERT INTO playlist VALUES('l'," + std::to_string(i + 1) + ",'L',1)";
-      if (sqlite3_exec(handle, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) ++failures;
-      sqlite3_close(handle);
-      usleep(10000);
-    }
-    _exit(failures);
-  }
+  PlaylistWriter writer(Db(), kInserts, 30, 10);
   std::list<int> ids;
   for (int i = 1; i <= kSongs; ++i) ids.push_back(i);
   EXPECT_EQ(kResultOk, FH_delete_song(root_.c_str(), ids, "s"));
-  int status = 0;
-  waitpid(writer, &status, 0);
-  ASSERT_TRUE(WIFEXITED(status));
-  EXPECT_EQ(0, WEXITSTATUS(status)) << "inserts that timed out";
+  EXPECT_EQ(0, writer.Join()) << "inserts that timed out";
   EXPECT_EQ(kInserts, Count("playlist"));
   EXPECT_EQ(0, Count("song"));
 }
