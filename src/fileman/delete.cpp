@@ -34,10 +34,6 @@ constexpr std::array<const char*, 6> kProtectedFolders = {"Recorded Songs",
                                                           "FromToPC",
                                                           ""};
 
-bool IsPrefix(const char* prefix, const char* wanted) {
-  return prefix != nullptr && std::strcmp(prefix, wanted) == 0;
-}
-
 // Whether anything is still at path, whether or not it can be read.
 bool StillPresent(const std::string& path) {
   struct stat st;
@@ -57,7 +53,7 @@ bool DeleteSongFiles(const std::string& root, const SongInfo& info, const char* 
     DeleteFile((root + audio).c_str());
     picture = ChangeFileExtSX(audio.c_str(), ".jpg");
   }
-  if (IsPrefix(prefix, "y") && picture.Length() > 0) {
+  if (zansong::PrefixIs(prefix, "y") && picture.Length() > 0) {
     const std::string path = root + picture.c_str();
     if (StillPresent(path)) DeleteFile(path.c_str());
   }
@@ -80,7 +76,7 @@ int RemoveAlbumFiles(TDBSongMan& man, const std::string& root, int id, const cha
   const std::string dir = root + path + "/";
   DeleteFile((dir + "zanalbum.jpg").c_str());
   std::string tree = dir;  // RemoveDirTree takes a writable buffer
-  const bool withJpg = IsPrefix(prefix, "y");
+  const bool withJpg = zansong::PrefixIs(prefix, "y");
   int removed;
   if (IsDeletePath(path.c_str())) {
     DeleteFile((dir + ".zanalbum").c_str());
@@ -145,6 +141,8 @@ int FH_delete_album(const char* root, std::list<int>& ids, const char* prefix) {
       Batched(batch, [&] { man.DeleteData("song", "album_id", key.c_str()); });
       Batched(batch, [&] { man.DeleteData("album", "album_id", key.c_str()); });
     }
+    // The lock is not held while the next album's files are deleted.
+    session.Commit();
     if (code == kResultRepairFailed) return code;
   }
   return kResultOk;

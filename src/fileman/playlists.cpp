@@ -1,11 +1,11 @@
 // Playlists: creating, copying, filling and removing entries.
 #include <sqlite3.h>
 
-#include <cstring>
 #include <list>
 #include <string>
 
 #include "common/device_path.h"
+#include "db/prefix.h"
 #include "fileman/catalogue_session.h"
 #include "fileman/playlist_entries.h"
 #include "fileman/unique_title.h"
@@ -21,13 +21,9 @@ namespace {
 
 const char kDefaultPlaylistTitle[] = "My Playlist";
 
-bool IsPrefix(const char* prefix, const char* wanted) {
-  return prefix != nullptr && std::strcmp(prefix, wanted) == 0;
-}
-
 // The internal song root when the prefix names it, else root.
 std::string CatalogueRoot(const char* root, const char* prefix, const char* internalPrefix) {
-  if (IsPrefix(prefix, internalPrefix))
+  if (zansong::PrefixIs(prefix, internalPrefix))
     return zansong::DevicePathFor(zansong::DevicePath::kSongRoot);
   return root != nullptr ? root : "";
 }
