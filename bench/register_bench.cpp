@@ -17,12 +17,7 @@
 //
 // The device image lives under /tmp: a tmpfs there would measure memory,
 // not a disk, so the cases refuse to run on one.
-#include <benchmark/benchmark.h>
-#include <dlfcn.h>
-#include <linux/magic.h>
-#include <sqlite3.h>
 #include <sys/stat.h>
-#include <sys/vfs.h>
 #include <utime.h>
 
 #include <cstdio>
@@ -31,30 +26,12 @@
 #include <ctime>
 #include <string>
 
+#include "commit_mode.h"
 #include "samplefiles/midi_writer.h"
 #include "samplefiles/wav_writer.h"
 #include "support/device_image.h"
 #include "support/stdout_capture.h"
 #include "zansong/fileman/register.h"
-
-namespace {
-
-// Set while a case runs with one commit per statement.
-bool g_refuseBegin = false;
-long g_refusedBegins = 0;
-
-}  // namespace
-
-extern "C" int sqlite3_exec(sqlite3* db, const char* sql,
-                            int (*callback)(void*, int, char**, char**), void* arg, char** error) {
-  using Exec = int (*)(sqlite3*, const char*, int (*)(void*, int, char**, char**), void*, char**);
-  static const Exec real = reinterpret_cast<Exec>(dlsym(RTLD_NEXT, "sqlite3_exec"));
-  if (g_refuseBegin && sql != nullptr && std::strcmp(sql, "BEGIN IMMEDIATE") == 0) {
-    ++g_refusedBegins;
-    return SQLITE_BUSY;
-  }
-  return real(db, sql, callback, arg, error);
-}
 
 namespace {
 
@@ -127,10 +104,6 @@ struct Storage {
     return FM_Add_AllSongs_ByCache(root.c_str(), "", 0, keepOrder, 0);
   }
   void DropCatalogue() { std::remove((root + ".zansong.db").c_str()); }
-  bool OnTmpfs() const {
-    struct statfs fs;
-    return ::statfs(root.c_str(), &fs) == 0 && fs.f_type == TMPFS_MAGIC;
-  }
   void ChangeThirty(int round) { ::ChangeThirty(root, round); }
   int round = 0;
 };
@@ -140,35 +113,12 @@ Storage& TheStorage() {
   return *storage;
 }
 
-// Grouped (0) or one commit per statement (1), for the timed part only.
-enum Commits { kGrouped = 0, kPerRow = 1 };
+using bench_commits::CommitMode;
+using bench_commits::Commits;
+using bench_commits::kGrouped;
+using bench_commits::kPerRow;
 
-// Switches to the commit mode of the case for its lifetime and reports the
-// refused BEGINs.
-class CommitMode {
- public:
-  CommitMode(benchmark::State& state, Commits commits) : state_(state), commits_(commits) {
-    g_refusedBegins = 0;
-  }
-  void Timed(bool on) { g_refuseBegin = on && commits_ == kPerRow; }
-  ~CommitMode() {
-    g_refuseBegin = false;
-    state_.counters["begins_refused"] = static_cast<double>(g_refusedBegins);
-    if (commits_ == kPerRow && g_refusedBegins == 0) {
-      state_.SkipWithError("no BEGIN was refused: the grouping was not defeated");
-    }
-  }
-
- private:
-  benchmark::State& state_;
-  Commits commits_;
-};
-
-bool Usable(benchmark::State& state, Storage& s) {
-  if (!s.OnTmpfs()) return true;
-  state.SkipWithError("the device image is on tmpfs: figures would not be those of a disk");
-  return false;
-}
+bool Usable(benchmark::State& state, Storage& s) { return bench_commits::OnDisk(state, s.root); }
 
 // Every registration measured must take the whole storage: one that stops
 // early (a limit) would measure less work.

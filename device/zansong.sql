@@ -53,6 +53,6 @@ CREATE INDEX IF NOT EXISTS album_by_path ON album(album_path);
 CREATE INDEX IF NOT EXISTS song_by_album ON song(album_id);
 CREATE INDEX IF NOT EXISTS song_by_pfix ON song(pfix);
 CREATE INDEX IF NOT EXISTS song_by_midi_path ON song(midi_path);
-CREATE INDEX IF NOT EXISTS psong_by_playlist ON psong(playlist_id);
+CREATE INDEX IF NOT EXISTS psong_by_playlist ON psong(playlist_id, disp_order);
 CREATE INDEX IF NOT EXISTS psong_by_song ON psong(song_id);
 COMMIT;

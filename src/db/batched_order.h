@@ -11,8 +11,14 @@
 // and positions from known while its rows are current (see song_rows.h)
 // instead of reading the table again; with known null or out of date it
 // reads them itself, in one statement.
+//
+// ChangeOrder(man, ids, id, prefix, pos, batch) and ReOrder(man, id,
+// prefix, batch) likewise stand for the members of the same names; ReOrder
+// does not write a row that already holds its new position.
 #ifndef ZANSONG_SRC_DB_BATCHED_ORDER_H_
 #define ZANSONG_SRC_DB_BATCHED_ORDER_H_
+
+#include <list>
 
 #include "db/song_rows.h"
 #include "db/write_batch.h"
@@ -23,6 +29,9 @@ namespace zansong {
 int SortSongByPath(TDBSongMan& man, char const* pfix, WriteBatch* batch);
 int SortSongByPath(TDBSongMan& man, char const* pfix, WriteBatch* batch, const SongRows* known);
 int ResetAlbumOrderAndPath(TDBSongMan& man, char const* root, char const* pfix, WriteBatch* batch);
+int ChangeOrder(TDBSongMan& man, std::list<int>& ids, int id, char const* prefix, int pos,
+                WriteBatch* batch);
+int ReOrder(TDBSongMan& man, int id, char const* prefix, WriteBatch* batch);
 
 }  // namespace zansong
 

@@ -1,4 +1,5 @@
-// Private: the playlist-prefix rule shared by the query and order code.
+// Private: the prefix tests shared by the query and order code and the
+// catalogue operations.
 #ifndef ZANSONG_SRC_DB_PREFIX_H_
 #define ZANSONG_SRC_DB_PREFIX_H_
 
@@ -6,9 +7,14 @@
 
 namespace zansong {
 
+// True when prefix (which may be null) is the prefix wanted.
+inline bool PrefixIs(const char* prefix, const char* wanted) {
+  return prefix != nullptr && std::strcmp(prefix, wanted) == 0;
+}
+
 // True for the prefixes "p" and "l", which select the playlist side.
 inline bool IsPlaylistPrefix(const char* prefix) {
-  return prefix != nullptr && (std::strcmp(prefix, "p") == 0 || std::strcmp(prefix, "l") == 0);
+  return PrefixIs(prefix, "p") || PrefixIs(prefix, "l");
 }
 
 }  // namespace zansong

@@ -2,7 +2,6 @@
 // scan, and beside another process that writes to the catalogue.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -12,6 +11,7 @@
 #include <vector>
 
 #include "fileman/register_test_helpers.h"
+#include "support/catalogue_fixture.h"
 #include "support/child_process.h"
 #include "support/device_image.h"
 #include "support/stdout_capture.h"
@@ -254,27 +254,9 @@ TEST_F(RegisterStorageTest, AnotherProcessWritesDuringALongRegistration) {
   FillAlbums(root, 6, 500);
   const std::string db = SongDb();
   const int kInserts = 40;
-  std::fflush(stdout);
-  pid_t writer = fork();
-  if (writer == 0) {
-    int failures = 0;
-    usleep(50000);
-    for (int i = 0; i < kInserts; ++i) {
-      sqlite3* handle = nullptr;
-      if (sqlite3_open(db.c_str(), &handle) != SQLITE_OK) ++failures;
-      sqlite3_busy_timeout(handle, 1000);
-      std::string sql = "INSERT INTO playlist VALUES('p'," + std::to_string(i + 1) + ",'L',1)";
-      if (sqlite3_exec(handle, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) ++failures;
-      sqlite3_close(handle);
-      usleep(20000);
-    }
-    _exit(failures);
-  }
+  PlaylistWriter writer(db, kInserts, 50, 20);
   EXPECT_EQ(0, Register(root));
-  int status = 0;
-  waitpid(writer, &status, 0);
-  ASSERT_TRUE(WIFEXITED(status));
-  EXPECT_EQ(0, WEXITSTATUS(status)) << "inserts that timed out";
+  EXPECT_EQ(0, writer.Join()) << "inserts that timed out";
   EXPECT_EQ(kInserts, QueryInt(db, "SELECT COUNT(*) FROM playlist"));
   EXPECT_EQ(3000, QueryInt(db, "SELECT COUNT(*) FROM song"));
 }

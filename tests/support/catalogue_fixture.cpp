@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdio>
 #include <thread>
 
 #include "common/process.h"
@@ -54,6 +55,33 @@ int IntOn(const std::string& path, const std::string& sql) {
 void CreateCatalogue(const DeviceImage& image, const std::string& path) {
   std::string script = image.Path("/usr/local/etc/zansong.sql");
   ASSERT_EQ(0, zansong::RunProgram({"sqlite3", path}, script.c_str()));
+}
+
+PlaylistWriter::PlaylistWriter(const std::string& path, int inserts, int startDelayMs, int gapMs) {
+  std::fflush(stdout);
+  pid_ = fork();
+  if (pid_ != 0) return;
+  int failures = 0;
+  usleep(static_cast<useconds_t>(startDelayMs) * 1000);
+  for (int i = 0; i < inserts; ++i) {
+    sqlite3* handle = nullptr;
+    if (sqlite3_open(path.c_str(), &handle) != SQLITE_OK) ++failures;
+    sqlite3_busy_timeout(handle, 1000);
+    std::string sql = "INSERT INTO playlist VALUES('p'," + std::to_string(i + 1) + ",'L',1)";
+    if (sqlite3_exec(handle, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) ++failures;
+    sqlite3_close(handle);
+    usleep(static_cast<useconds_t>(gapMs) * 1000);
+  }
+  _exit(failures);
+}
+
+int PlaylistWriter::Join() {
+  if (pid_ <= 0) return failures_;
+  int status = 0;
+  waitpid(pid_, &status, 0);
+  pid_ = -1;
+  failures_ = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return failures_;
 }
 
 StatementLog::StatementLog(sqlite3* db) : db_(db) {

@@ -64,6 +64,26 @@ class LockHolder {
   int status_ = -1;
 };
 
+// A forked child that waits startDelayMs, then inserts `inserts` playlist
+// rows (ids 1, 2, ...) into the catalogue file at path, each through a
+// connection of its own with a 1000 ms busy timeout, gapMs apart: another
+// process writing while the library works.  Join() waits for it and returns
+// the number of inserts that failed, or -1 when the child did not exit
+// normally; the destructor joins too.
+class PlaylistWriter {
+ public:
+  PlaylistWriter(const std::string& path, int inserts, int startDelayMs, int gapMs);
+  ~PlaylistWriter() { Join(); }
+  PlaylistWriter(const PlaylistWriter&) = delete;
+  PlaylistWriter& operator=(const PlaylistWriter&) = delete;
+
+  int Join();
+
+ private:
+  pid_t pid_ = -1;
+  int failures_ = -1;
+};
+
 // An open TDBSongMan on the internal song root of a fresh image.
 class CatalogueTest : public DeviceTest {
  protected:
