@@ -1,7 +1,6 @@
 // FM_Add_AllSongs_ByCache: brings the catalogue of one storage area in step
 // with its files by comparing song cache lines, writing only differences.
 #include <chrono>
-#include <ctime>
 #include <list>
 #include <set>
 #include <string>
@@ -11,6 +10,7 @@
 #include "common/device_path.h"
 #include "db/batched_order.h"
 #include "fileman/catalogue_session.h"
+#include "fileman/now_text.h"
 #include "fileman/register_song.h"
 #include "zansong/async/cancel.h"
 #include "zansong/db/dbsongman.h"
@@ -43,16 +43,6 @@ int StorageKindOf(const char* root, const TSString& folder) {
     return kStorageUsb;
   }
   return zansong::IsInternalSongRoot(root) ? kStorageInternal : kStorageOther;
-}
-
-// The current local time as ctime prints it, without the line end.
-TSString NowText() {
-  std::time_t now = std::time(nullptr);
-  char text[64] = "";
-  ctime_r(&now, text);
-  TSString trimmed(text);
-  trimmed.Trim();
-  return trimmed;
 }
 
 // One call's state: the storage area and the open catalogue.
@@ -171,7 +161,7 @@ bool Registration::WriteSongs(std::vector<NewSong>& songs, size_t total) {
       albumId_ = man_.GetAlbumIDByPath(info.albumPath.c_str());
       albumPath_ = info.albumPath;
     }
-    TSString ctime = NowText();
+    TSString ctime = zansong::NowText();
     batch_.BeforeWrite();
     int ok = man_.AddSong2(albumId_, nextSongId_, nextOrder_, &info, ctime, prefix_.c_str());
     batch_.AfterWrite();
