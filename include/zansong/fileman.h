@@ -2,6 +2,7 @@
 #ifndef ZANSONG_FILEMAN_H_
 #define ZANSONG_FILEMAN_H_
 
+#include "zansong/fileman/copy.h"
 #include "zansong/fileman/messages.h"
 #include "zansong/fileman/register.h"
 #include "zansong/fileman/song_count.h"
