@@ -4,6 +4,7 @@
 
 #include "zansong/fileman/copy.h"
 #include "zansong/fileman/messages.h"
+#include "zansong/fileman/recorded.h"
 #include "zansong/fileman/register.h"
 #include "zansong/fileman/song_count.h"
 
