@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "zanfm/catalogue_view.h"
+#include "zanfm/copy_commands.h"
 #include "zanfm/host_paths.h"
 #include "zanfm/message_view.h"
 #include "zanfm/programs.h"
@@ -189,6 +190,7 @@ int main(int argc, char** argv) {
       "lay out an image in DIR (default ./zanfm-demo), fill it with a sample library, register, "
       "list, change files and register again");
   demo->add_option("DIR", o.dir, "directory of the demo image");
+  zanfm::CopyCommands copy(app);
 
   CLI11_PARSE(app, argc, argv);
   std::signal(SIGINT, OnInterrupt);
@@ -206,6 +208,7 @@ int main(int argc, char** argv) {
     if (reg->count("--usb") > 0 && o.usb.empty()) o.usb = "sda1";
     return Register(o, o.usb);
   }
+  if (copy.Chosen()) return copy.Run(o.xml);
   if (*albums) return ListAlbums(o);
   return ListSongs(o);
 }
