@@ -2,10 +2,15 @@
 #ifndef ZANSONG_FILEMAN_H_
 #define ZANSONG_FILEMAN_H_
 
+#include "zansong/fileman/albums.h"
 #include "zansong/fileman/copy.h"
+#include "zansong/fileman/delete.h"
 #include "zansong/fileman/messages.h"
+#include "zansong/fileman/order.h"
+#include "zansong/fileman/playlists.h"
 #include "zansong/fileman/recorded.h"
 #include "zansong/fileman/register.h"
+#include "zansong/fileman/rename.h"
 #include "zansong/fileman/song_count.h"
 
 #endif  // ZANSONG_FILEMAN_H_

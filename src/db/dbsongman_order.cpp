@@ -135,40 +135,11 @@ int TDBSongMan::CheckOrder(int id, char const* prefix) {
 }
 
 int TDBSongMan::ChangeOrder(std::list<int>& ids, int id, char const* prefix, int pos) {
-  int n = static_cast<int>(ids.size());
-  SqlText shift =
-      IsPlaylistPrefix(prefix)
-          ? (id != 0 ? FormatSql("UPDATE psong SET disp_order = disp_order + %d WHERE disp_order "
-                                 "> %d and playlist_id = %d",
-                                 n, pos - 1, id)
-                     : FormatSql("UPDATE playlist SET disp_order = disp_order + %d WHERE "
-                                 "disp_order > %d",
-                                 n, pos - 1))
-          : (id != 0 ? FormatSql("UPDATE song SET disp_order = disp_order + %d WHERE disp_order "
-                                 "> %d and album_id = %d",
-                                 n, pos - 1, id)
-                     : FormatSql("UPDATE album SET disp_order = disp_order + %d WHERE disp_order "
-                                 "> %d and pfix = '%q'",
-                                 n, pos - 1, TextOrEmpty(prefix)));
-  int shifted = Query(shift.get());
-  const char* table = SequenceTable(id, prefix);
-  int order = pos;
-  // A failed single move leaves that row where the shift put it; the
-  // following ReOrder still yields a sound sequence.
-  for (int key : ids) SetOrder(table, key, order++);
-  if (!shifted) PrintFunctionError("ChangeOrder");
-  return shifted;
+  return zansong::ChangeOrder(*this, ids, id, prefix, pos, nullptr);
 }
 
 int TDBSongMan::ReOrder(int id, char const* prefix) {
-  std::list<int> ids;
-  int ok = GetIDList(ids, id, prefix);
-  if (ok) {
-    ok = Renumber(*this, SequenceTable(id, prefix), std::vector<int>(ids.begin(), ids.end()),
-                  nullptr, nullptr);
-  }
-  if (!ok) PrintFunctionError("ReOrder");
-  return ok;
+  return zansong::ReOrder(*this, id, prefix, nullptr);
 }
 
 int TDBSongMan::SortSongByPath(char const* pfix) {
@@ -195,6 +166,54 @@ int ResetAlbumOrderAndPath(TDBSongMan& man, char const* /*root*/, char const* pf
   std::list<std::string> entries;
   int ok = man.GetAlbumPathList2(entries, pfix);
   if (ok) ok = RenumberByPath(man, "album", entries, batch);
+  if (!ok) PrintFunctionError("ReOrder");
+  return ok;
+}
+
+int ChangeOrder(TDBSongMan& man, std::list<int>& ids, int id, char const* prefix, int pos,
+                WriteBatch* batch) {
+  int n = static_cast<int>(ids.size());
+  SqlText shift =
+      IsPlaylistPrefix(prefix)
+          ? (id != 0 ? FormatSql("UPDATE psong SET disp_order = disp_order + %d WHERE disp_order "
+                                 "> %d and playlist_id = %d",
+                                 n, pos - 1, id)
+                     : FormatSql("UPDATE playlist SET disp_order = disp_order + %d WHERE "
+                                 "disp_order > %d",
+                                 n, pos - 1))
+          : (id != 0 ? FormatSql("UPDATE song SET disp_order = disp_order + %d WHERE disp_order "
+                                 "> %d and album_id = %d",
+                                 n, pos - 1, id)
+                     : FormatSql("UPDATE album SET disp_order = disp_order + %d WHERE disp_order "
+                                 "> %d and pfix = '%q'",
+                                 n, pos - 1, TextOrEmpty(prefix)));
+  if (batch != nullptr) batch->BeforeWrite();
+  int shifted = man.Query(shift.get());
+  if (batch != nullptr) batch->AfterWrite();
+  const char* table = SequenceTable(id, prefix);
+  int order = pos;
+  // A failed single move leaves that row where the shift put it; the
+  // following ReOrder still yields a sound sequence.
+  for (int key : ids) {
+    if (batch != nullptr) batch->BeforeWrite();
+    man.SetOrder(table, key, order++);
+    if (batch != nullptr) batch->AfterWrite();
+  }
+  if (!shifted) PrintFunctionError("ChangeOrder");
+  return shifted;
+}
+
+int ReOrder(TDBSongMan& man, int id, char const* prefix, WriteBatch* batch) {
+  std::list<int> ids;
+  int ok = man.GetIDList(ids, id, prefix);
+  if (ok) {
+    const char* table = SequenceTable(id, prefix);
+    // When the positions cannot be read, every row is written.
+    CurrentOrders current;
+    bool known = ReadCurrentOrders(man, table, current);
+    ok = Renumber(man, table, std::vector<int>(ids.begin(), ids.end()), known ? &current : nullptr,
+                  batch);
+  }
   if (!ok) PrintFunctionError("ReOrder");
   return ok;
 }

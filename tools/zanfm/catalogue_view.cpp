@@ -94,6 +94,44 @@ bool ReadSongs(const std::string& db, int albumId, std::vector<SongRow>* songs) 
   });
 }
 
+bool ReadPlaylistSongs(const std::string& db, int playlistId, std::vector<SongRow>* songs) {
+  std::string sql =
+      "SELECT psong.song_id,song.album_id,song_title,format,"
+      "CASE WHEN midi_path<>'' THEN midi_path ELSE audio_path END,length,psong_id "
+      "FROM psong LEFT JOIN song ON psong.song_id=song.song_id WHERE playlist_id=" +
+      std::to_string(playlistId) + " ORDER BY psong.disp_order";
+  return ForEachRow(db, sql, [songs](sqlite3_stmt* s) {
+    SongRow row;
+    row.id = sqlite3_column_int(s, 0);
+    row.albumId = sqlite3_column_int(s, 1);
+    row.title = Text(s, 2);
+    row.format = Text(s, 3);
+    row.path = Text(s, 4);
+    row.lengthMs = sqlite3_column_int(s, 5);
+    row.entryId = sqlite3_column_int(s, 6);
+    songs->push_back(row);
+  });
+}
+
+bool ReadPlaylists(const std::string& db, std::vector<PlaylistRow>* playlists) {
+  return ForEachRow(db,
+                    "SELECT playlist_id,playlist_title,ppfix,(SELECT COUNT(*) FROM psong WHERE "
+                    "psong.playlist_id=playlist.playlist_id) FROM playlist ORDER BY disp_order",
+                    [playlists](sqlite3_stmt* s) {
+                      playlists->push_back(PlaylistRow{sqlite3_column_int(s, 0), Text(s, 1),
+                                                       Text(s, 2), sqlite3_column_int(s, 3)});
+                    });
+}
+
+std::string PrefixOf(const std::string& db, const std::string& table, int id) {
+  const std::string column = table == "playlist" ? "ppfix" : "pfix";
+  std::string prefix;
+  ForEachRow(
+      db, "SELECT " + column + " FROM " + table + " WHERE " + table + "_id=" + std::to_string(id),
+      [&prefix](sqlite3_stmt* s) { prefix = Text(s, 0); });
+  return prefix;
+}
+
 std::string MinutesSeconds(int ms) {
   int seconds = (ms + 500) / 1000;
   char text[32];
@@ -111,11 +149,31 @@ std::string AlbumTable(const std::vector<AlbumRow>& albums) {
 }
 
 std::string SongTable(const std::vector<SongRow>& songs) {
+  bool entries =
+      std::any_of(songs.begin(), songs.end(), [](const SongRow& s) { return s.entryId != 0; });
   std::vector<std::vector<std::string>> rows{{"ID", "TITLE", "FORMAT", "LENGTH", "PATH"}};
+  if (entries) rows[0].insert(rows[0].begin(), "ENTRY");
   for (const SongRow& s : songs) {
     rows.push_back({std::to_string(s.id), s.title, s.format, MinutesSeconds(s.lengthMs), s.path});
+    if (entries) rows.back().insert(rows.back().begin(), std::to_string(s.entryId));
   }
   return Table(rows);
+}
+
+std::string PlaylistTable(const std::vector<PlaylistRow>& playlists) {
+  std::vector<std::vector<std::string>> rows{{"ID", "TITLE", "SONGS"}};
+  for (const PlaylistRow& p : playlists) {
+    rows.push_back({std::to_string(p.id), p.title, std::to_string(p.entries)});
+  }
+  return Table(rows);
+}
+
+std::string PlaylistJson(const std::vector<PlaylistRow>& playlists) {
+  nlohmann::json out = nlohmann::json::array();
+  for (const PlaylistRow& p : playlists) {
+    out.push_back({{"id", p.id}, {"title", p.title}, {"prefix", p.prefix}, {"songs", p.entries}});
+  }
+  return out.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
 }
 
 std::string AlbumJson(const std::vector<AlbumRow>& albums) {
@@ -139,6 +197,7 @@ std::string SongJson(const std::vector<SongRow>& songs) {
                    {"format", s.format},
                    {"length_ms", s.lengthMs},
                    {"path", s.path}});
+    if (s.entryId != 0) out.back()["entry_id"] = s.entryId;
   }
   return out.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
 }

@@ -16,6 +16,8 @@
 #include "zanfm/copy_commands.h"
 #include "zanfm/host_paths.h"
 #include "zanfm/message_view.h"
+#include "zanfm/organise_commands.h"
+#include "zanfm/organise_demo.h"
 #include "zanfm/programs.h"
 #include "zanfm/sample_library.h"
 #include "zansong/async/cancel.h"
@@ -149,6 +151,7 @@ int Demo(Options o) {
   }
   // usbdb_backup writes the export for a stick only, so it holds the
   // catalogue of the stick registered last.
+  if (!zanfm::DemoOrganising(internal, o.xml)) return 1;
   std::cout << "\nJSON export of the stick's catalogue, as the web page reads it: "
             << zanfm::JsonExportPath() << "\n";
   return 0;
@@ -184,11 +187,13 @@ int main(int argc, char** argv) {
     list->add_flag("--json", o.json, "print JSON instead of a table");
   }
   songs->add_option("--album", o.album, "only the songs of album ID");
+  zanfm::OrganiseCommands organise(app, songs, &o.usb);
 
   CLI::App* demo = app.add_subcommand(
       "demo",
       "lay out an image in DIR (default ./zanfm-demo), fill it with a sample library, register, "
-      "list, change files and register again");
+      "list, change files and register again, then make a playlist, rename a song with its "
+      "files and delete an album");
   demo->add_option("DIR", o.dir, "directory of the demo image");
   zanfm::CopyCommands copy(app);
 
@@ -209,6 +214,7 @@ int main(int argc, char** argv) {
     return Register(o, o.usb);
   }
   if (copy.Chosen()) return copy.Run(o.xml);
+  if (organise.Chosen()) return organise.Run(o.xml);
   if (*albums) return ListAlbums(o);
   return ListSongs(o);
 }

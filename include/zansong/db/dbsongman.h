@@ -36,9 +36,9 @@
 // left behind are closed by ReOrder, which renumbers 1, 2, 3, ...
 // SortSongByPath numbers all songs of a prefix by (midi_path, audio_path)
 // as one run; ResetAlbumOrderAndPath numbers the albums of a prefix by
-// album_path.  Both also read the current positions of the table and do
-// not write a row that already holds its new position, so renumbering a
-// sequence that is in order writes nothing.  Each update commits on its
+// album_path.  These two and ReOrder also read the current positions of
+// the table and do not write a row that already holds its new position, so
+// renumbering a sequence that is in order writes nothing.  Each update commits on its
 // own.
 #ifndef ZANSONG_DB_DBSONGMAN_H_
 #define ZANSONG_DB_DBSONGMAN_H_
