@@ -2,6 +2,7 @@
 #include <sys/stat.h>
 
 #include <list>
+#include <string>
 
 #include "fileman/album_title.h"
 #include "fileman/catalogue_session.h"
@@ -25,12 +26,12 @@ struct Target {
 Target NewAlbumFor(TDBSongMan& man, const TSString& root, const TSString& folder,
                    const TSString& prefix, int sourceId) {
   Target target;
-  const TSString folderPart = folder.Length() != 0 ? folder + "/" : TSString("");
-  TSString title, dirName;
-  zansong::ChooseAlbumName(man, root + folderPart,
-                           man.GetTextByID("album", "album_title", sourceId), prefix.c_str(),
-                           &title, &dirName);
-  const TSString relative = folderPart + dirName;
+  const std::string folderPart = folder.Length() != 0 ? std::string(folder.c_str()) + "/" : "";
+  std::string title, dirName;
+  zansong::ChooseAlbumName(man, std::string(root.c_str()) + folderPart,
+                           man.GetTextByID("album", "album_title", sourceId).c_str(),
+                           prefix.c_str(), &title, &dirName);
+  const TSString relative = (folderPart + dirName).c_str();
   const TSString dir = root + relative;
   if (!zansong::IsEnterableDir(dir.c_str()) && ::mkdir(dir.c_str(), 0777) != 0) {
     target.result = kResultWriteProtected;
