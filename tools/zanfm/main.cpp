@@ -19,6 +19,7 @@
 #include "zanfm/organise_commands.h"
 #include "zanfm/organise_demo.h"
 #include "zanfm/programs.h"
+#include "zanfm/record_commands.h"
 #include "zanfm/sample_library.h"
 #include "zansong/async/cancel.h"
 #include "zansong/common/sysroot.h"
@@ -152,6 +153,7 @@ int Demo(Options o) {
   // usbdb_backup writes the export for a stick only, so it holds the
   // catalogue of the stick registered last.
   if (!zanfm::DemoOrganising(internal, o.xml)) return 1;
+  if (zanfm::DemoRecording(o.xml) != 0) return 1;
   std::cout << "\nJSON export of the stick's catalogue, as the web page reads it: "
             << zanfm::JsonExportPath() << "\n";
   return 0;
@@ -193,9 +195,10 @@ int main(int argc, char** argv) {
       "demo",
       "lay out an image in DIR (default ./zanfm-demo), fill it with a sample library, register, "
       "list, change files and register again, then make a playlist, rename a song with its "
-      "files and delete an album");
+      "files, delete an album, record a short performance and keep it");
   demo->add_option("DIR", o.dir, "directory of the demo image");
   zanfm::CopyCommands copy(app);
+  zanfm::RecordCommands record(app);
 
   CLI11_PARSE(app, argc, argv);
   std::signal(SIGINT, OnInterrupt);
@@ -214,6 +217,7 @@ int main(int argc, char** argv) {
     return Register(o, o.usb);
   }
   if (copy.Chosen()) return copy.Run(o.xml);
+  if (record.Chosen()) return record.Run(o.xml);
   if (organise.Chosen()) return organise.Run(o.xml);
   if (*albums) return ListAlbums(o);
   return ListSongs(o);
