@@ -1,9 +1,11 @@
 // Copying songs into an album, and moving recordings into the keep album.
 #include <sys/stat.h>
 
+#include <chrono>
 #include <cstdio>
 #include <list>
 #include <string>
+#include <vector>
 
 #include "fileman/catalogue_session.h"
 #include "fileman/now_text.h"
@@ -61,10 +63,17 @@ bool MoveFiles(const TSString& srcMidi, const TSString& srcAudio, const TSString
 }
 
 // One call: the open catalogue and the target album.
+//
+// The rows of copied songs are written in rounds: the files of the songs
+// of about kRoundMs are copied with no lock held on the catalogue, then
+// their rows are written in one short transaction (one synchronous commit
+// instead of one per song).  Every stop writes the round first, so the
+// catalogue holds exactly the songs whose files were copied.  A move
+// writes its rows at once: it costs no copying, and its old rows go.
 class SongCopy {
  public:
-  SongCopy(const char* root, TDBSongMan& man, int targetId, bool move)
-      : root_(root), man_(man), target_(targetId), move_(move) {
+  SongCopy(const char* root, zansong::CatalogueSession& session, int targetId, bool move)
+      : root_(root), session_(session), man_(session.man()), target_(targetId), move_(move) {
     prefix_ = man_.GetTextByID("album", "pfix", target_);
     albumPath_ = man_.GetTextByID("album", "album_path", target_);
   }
@@ -72,26 +81,64 @@ class SongCopy {
   // Whether the target album has a row.
   bool HasTarget() const { return albumPath_.Length() != 0; }
 
-  // One song; kResultOk or the code that ends the list.
+  // One song; kResultOk or the code that ends the list.  The song's row
+  // may wait for the end of its round.
   int CopyOne(int songId);
+  // Writes the rows of the round; kResultOk or kResultCannotExecute.
+  int WriteRound();
 
  private:
+  static constexpr int kRoundMs = 500;
+
+  // A copied song whose row waits for the end of the round.
+  struct PendingRow {
+    SongInfo info;
+    TSString ctime;
+  };
+
   int CheckLimits();
+  int AddRow(SongInfo* info, TSString* ctime);
   int PlaceFiles(const TSString& srcMidi, const TSString& srcAudio, const TSString& dstMidi,
                  const TSString& dstAudio);
 
   TSString root_;
+  zansong::CatalogueSession& session_;
   TDBSongMan& man_;
   int target_;
   bool move_;
   TSString prefix_;
   TSString albumPath_;
+  std::vector<PendingRow> round_;
+  std::chrono::steady_clock::time_point roundStart_;
 };
 
 int SongCopy::CheckLimits() {
-  if (man_.GetSongCount(0, prefix_.c_str()) > kPrefixSongLimit - 1) return kResultPrefixFull;
-  if (man_.GetSongCount(target_, prefix_.c_str()) > kAlbumSongLimit - 1) return kResultAlbumFull;
+  // The songs of the round count as written.
+  const int waiting = static_cast<int>(round_.size());
+  if (man_.GetSongCount(0, prefix_.c_str()) + waiting > kPrefixSongLimit - 1) {
+    return kResultPrefixFull;
+  }
+  if (man_.GetSongCount(target_, prefix_.c_str()) + waiting > kAlbumSongLimit - 1) {
+    return kResultAlbumFull;
+  }
   return kResultOk;
+}
+
+int SongCopy::AddRow(SongInfo* info, TSString* ctime) {
+  return man_.AddSong(info, *ctime, prefix_.c_str()) < 1 ? kResultCannotExecute : kResultOk;
+}
+
+int SongCopy::WriteRound() {
+  int result = kResultOk;
+  for (PendingRow& row : round_) {
+    session_.batch().BeforeWrite();
+    result = AddRow(&row.info, &row.ctime);
+    session_.batch().AfterWrite();
+    if (result != kResultOk) break;
+  }
+  session_.Commit();
+  round_.clear();
+  return result;
 }
 
 int SongCopy::PlaceFiles(const TSString& srcMidi, const TSString& srcAudio, const TSString& dstMidi,
@@ -139,13 +186,18 @@ int SongCopy::CopyOne(int songId) {
   info.coverartPath = "";
   info.purchasedDate = "";
   TSString ctime = zansong::NowText();
-  if (man_.AddSong(&info, ctime, prefix_.c_str()) < 1) return kResultCannotExecute;
-
-  if (move_) {
-    const std::string id = std::to_string(songId);
-    man_.DeleteData("song", "song_id", id.c_str());
-    man_.DeleteData("psong", "song_id", id.c_str());
+  if (!move_) {
+    if (round_.empty()) roundStart_ = std::chrono::steady_clock::now();
+    round_.push_back({info, ctime});
+    const auto elapsed = std::chrono::steady_clock::now() - roundStart_;
+    return elapsed >= std::chrono::milliseconds(kRoundMs) ? WriteRound() : kResultOk;
   }
+
+  int added = AddRow(&info, &ctime);
+  if (added != kResultOk) return added;
+  const std::string id = std::to_string(songId);
+  man_.DeleteData("song", "song_id", id.c_str());
+  man_.DeleteData("psong", "song_id", id.c_str());
   return kResultOk;
 }
 
@@ -160,7 +212,7 @@ int FH_copy_song_usb(const char* root, std::list<int>& songIds, int albumId) {
   const int target = move ? KeepAlbumId(man, TSString(root)) : albumId;
   if (target < 1) return move ? kResultWriteProtected : kResultCannotExecute;
 
-  SongCopy copy(root, man, target, move);
+  SongCopy copy(root, session, target, move);
   if (!copy.HasTarget()) return kResultCannotExecute;
   const int total = static_cast<int>(songIds.size());
   int count = 0;
@@ -168,9 +220,13 @@ int FH_copy_song_usb(const char* root, std::list<int>& songIds, int albumId) {
     ++count;
     if (count % kProgressEvery == 0) PrintCopyMessage(-1, count, total, true);
     int result = copy.CopyOne(songId);
-    if (result != kResultOk) return result;
+    if (result != kResultOk) {
+      // The songs copied before the stop keep their rows.
+      copy.WriteRound();
+      return result;
+    }
   }
-  return kResultOk;
+  return copy.WriteRound();
 }
 
 int FH_copy_ulq_song(const char*, const char*, const char*, const char*, int, int) { return 0; }
