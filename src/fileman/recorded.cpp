@@ -223,9 +223,10 @@ int FM_Add_RecSong(const char* dir, const char* recPath, char* pfixOut) {
   const TSString rec(recPath);
   // The stored file takes the lower-case spelling of the extension.
   const TSString ext = LowerCase(ExtractFileExtSX(rec));
-  const TSString dirText(dir);
+  TSString dirText(dir);
+  if (dirText.Length() != 0 && dirText[dirText.Length() - 1] != '/') dirText += "/";
   Destination dest;
-  const bool usb = IsDirectory(dir) && !zansong::IsInternalSongRoot(dir);
+  const bool usb = IsDirectory(dir) && !zansong::IsInternalSongRoot(dirText.c_str());
   int moved = usb ? MoveToStick(dirText, rec, ext, &dest) : MoveToInternal(rec, ext, &dest);
   if (moved != 0) return moved;
 

@@ -136,7 +136,8 @@ TEST_F(RecordedTest, AMidiRecordingWithPartMode1IsSmfsolo) {
 
 TEST_F(RecordedTest, AStickRecordingGoesThroughTheWorkingCopyIntoTheSticksCatalogue) {
   const std::string stick = image_.UsbRoot("sda1");
-  ASSERT_GT(Add(stick, MidiTake("take.mid", "On Stick")), 0);
+  // The root may be given without its final "/".
+  ASSERT_GT(Add(stick.substr(0, stick.size() - 1), MidiTake("take.mid", "On Stick")), 0);
   EXPECT_EQ('r', prefix_[0]);
   const std::vector<std::string> files = Files(stick + "Recorded Songs/Temporary Folder");
   ASSERT_EQ(1u, files.size());

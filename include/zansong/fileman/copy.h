@@ -13,7 +13,9 @@
 //   move then deletes the old row and its playlist entries.  Every 20th
 //   song prints PrintCopyMessage(-1, count, total, true).  Before each song
 //   the limits are checked, and before each copy the free space of the
-//   album directory for both files plus 1 MiB.
+//   album directory for both files plus 1 MiB.  The rows of copies are
+//   written in rounds of about half a second, one commit each, with no
+//   lock held while files are copied; every return has written them.
 //   Returns kResultOk (0) when every song was done, or the first failure,
 //   which ends the list; songs done before it keep their files and rows:
 //     kResultDbFail (-26)         the catalogue cannot be opened;
