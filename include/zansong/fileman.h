@@ -3,11 +3,13 @@
 #define ZANSONG_FILEMAN_H_
 
 #include "zansong/fileman/albums.h"
+#include "zansong/fileman/copy.h"
 #include "zansong/fileman/delete.h"
 #include "zansong/fileman/download.h"
 #include "zansong/fileman/messages.h"
 #include "zansong/fileman/order.h"
 #include "zansong/fileman/playlists.h"
+#include "zansong/fileman/recorded.h"
 #include "zansong/fileman/register.h"
 #include "zansong/fileman/rename.h"
 #include "zansong/fileman/song_count.h"

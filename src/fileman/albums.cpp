@@ -3,8 +3,8 @@
 
 #include <string>
 
+#include "fileman/album_title.h"
 #include "fileman/catalogue_session.h"
-#include "fileman/unique_title.h"
 #include "storage/enterable_dir.h"
 #include "zansong/db/songinfo.h"
 #include "zansong/fileman/albums.h"
@@ -33,15 +33,8 @@ int FM_Create_New_Album(const char* root, const char* folder, const char* title)
   if (man.GetAlbumCount(prefix.c_str()) > kAlbumLimit - 1) return kResultAlbumLimit;
 
   const std::string wanted = TextOf(title).empty() ? kDefaultAlbumTitle : TextOf(title);
-  const std::string baseName = GetExternalName2(wanted.c_str()).c_str();
-  // A title is free when no album of the prefix carries it and no
-  // directory of its name lies in the folder.
-  const std::string suffix = zansong::UniqueTitleSuffix([&](const std::string& s) {
-    return man.GetIDByTitle("album", (wanted + s).c_str(), prefix.c_str()) == 0 &&
-           !DirExists((parent + baseName + s).c_str());
-  });
-  const std::string albumTitle = wanted + suffix;
-  const std::string name = baseName + suffix;
+  std::string albumTitle, name;
+  zansong::ChooseAlbumName(man, parent, wanted, prefix.c_str(), &albumTitle, &name);
 
   const std::string dir = parent + name;
   if (zansong::IsEnterableDir(dir.c_str())) return kResultCannotExecute;

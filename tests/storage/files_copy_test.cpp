@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <string>
+#include <thread>
 
 #include "support/device_image.h"
 #include "support/test_bytes.h"
@@ -121,6 +122,35 @@ TEST_F(CopyTest, CancelFlagDoesNotStopEmptyFile) {
   WriteFile(P("src"), "");
   SetCancelFlag();
   EXPECT_EQ(CopyFile(P("src").c_str(), P("dst").c_str()), 0);
+}
+
+TEST_F(CopyTest, CancelStopsTheCopyBeforeTheNextBlock) {
+  // The source is a FIFO fed by a thread: once the copy has written the
+  // first bytes, the thread raises the flag and sends more.  Not one byte
+  // sent after the flag may reach the destination.
+  ASSERT_EQ(mkfifo(P("fifo").c_str(), 0666), 0);
+  signal(SIGPIPE, SIG_IGN);
+  const std::string dst = P("dst");
+  const std::string first = BlockPattern(3000);
+  std::thread feeder([&] {
+    int fd = open(P("fifo").c_str(), O_WRONLY);
+    if (fd < 0) return;
+    if (write(fd, first.data(), first.size()) == static_cast<ssize_t>(first.size())) {
+      for (int i = 0; i < 10000000 && SizeOf(dst) < static_cast<off_t>(first.size()); ++i) {
+        std::this_thread::yield();
+      }
+    }
+    SetCancelFlag();
+    const std::string more = BlockPattern(3000);
+    if (write(fd, more.data(), more.size()) < 0) {
+      // The copy has stopped reading.
+    }
+    close(fd);
+  });
+  int r = CopyFile(P("fifo").c_str(), dst.c_str());
+  feeder.join();
+  EXPECT_EQ(r, -2);
+  EXPECT_EQ(ReadFile(dst), first);
 }
 
 void RaiseCancelFlag(int) { SetCancelFlag(); }

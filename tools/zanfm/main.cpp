@@ -14,11 +14,13 @@
 
 #include "zanfm/catalogue_view.h"
 #include "zanfm/download_command.h"
+#include "zanfm/copy_commands.h"
 #include "zanfm/host_paths.h"
 #include "zanfm/message_view.h"
 #include "zanfm/organise_commands.h"
 #include "zanfm/organise_demo.h"
 #include "zanfm/programs.h"
+#include "zanfm/record_commands.h"
 #include "zanfm/sample_library.h"
 #include "zansong/async/cancel.h"
 #include "zansong/common/sysroot.h"
@@ -154,6 +156,7 @@ int Demo(Options o) {
   // usbdb_backup writes the export for a stick only, so it holds the
   // catalogue of the stick registered last.
   if (!zanfm::DemoOrganising(internal, o.xml)) return 1;
+  if (zanfm::DemoRecording(o.xml) != 0) return 1;
   std::cout << "\nJSON export of the stick's catalogue, as the web page reads it: "
             << zanfm::JsonExportPath() << "\n";
   return 0;
@@ -195,9 +198,11 @@ int main(int argc, char** argv) {
       "demo",
       "lay out an image in DIR (default ./zanfm-demo), fill it with a sample library, register, "
       "list, change files and register again, then make a playlist, rename a song with its "
-      "files and delete an album");
+      "files, delete an album, record a short performance and keep it");
   demo->add_option("DIR", o.dir, "directory of the demo image");
   zanfm::DownloadCommands downloads(app);
+  zanfm::CopyCommands copy(app);
+  zanfm::RecordCommands record(app);
 
   CLI11_PARSE(app, argc, argv);
   std::signal(SIGINT, OnInterrupt);
@@ -216,6 +221,8 @@ int main(int argc, char** argv) {
     if (reg->count("--usb") > 0 && o.usb.empty()) o.usb = "sda1";
     return Register(o, o.usb);
   }
+  if (copy.Chosen()) return copy.Run(o.xml);
+  if (record.Chosen()) return record.Run(o.xml);
   if (organise.Chosen()) return organise.Run(o.xml);
   if (*albums) return ListAlbums(o);
   return ListSongs(o);

@@ -7,8 +7,8 @@
 // Paths are plain byte strings.  A directory argument that is joined with a
 // name must end in "/"; paths are joined exactly as given.  Results are
 // small integers as stated below; nothing here throws.  Files are created
-// with mode 0666 (before the umask).  Copies, comparisons and partial
-// copies move data in 512-byte blocks.
+// with mode 0666 (before the umask).  Comparisons and partial copies move
+// data in 512-byte blocks, whole-file copies in blocks of 256 KiB.
 #ifndef ZANSONG_STORAGE_FILES_H_
 #define ZANSONG_STORAGE_FILES_H_
 
@@ -87,8 +87,9 @@ ZANSONG_EXPORT TSString GetAlbumTitle(const char* path);
 
 // ---- Copying and comparing ----
 
-// Copies src to dst, testing the cancel flag before each 512-byte block,
-// and gives dst the access and modification times of src.
+// Copies src to dst, testing the cancel flag before each block of 256 KiB
+// (so a raised flag stops the copy within one block, a few milliseconds of
+// disk time), and gives dst the access and modification times of src.
 //    0  success;
 //   -1  src cannot be opened, a write failed, or the byte count differs
 //       from the size of src;

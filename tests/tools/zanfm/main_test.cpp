@@ -21,6 +21,9 @@ TEST(ZanfmTest, DemoShowsTheSampleAlbums) {
   }
   EXPECT_NE(std::string::npos, out.find("registered   #12 Classics/04 Prelude.mid")) << out;
   EXPECT_NE(std::string::npos, out.find("unregistered #5 Classics/03 Nocturne.mid")) << out;
+  // The recording step: a performance filed, then kept under a new title.
+  EXPECT_NE(std::string::npos, out.find("Recorded as song #")) << out;
+  EXPECT_NE(std::string::npos, out.find("Evening Practice (kept)  SMF")) << out;
 }
 
 TEST(ZanfmTest, RegisteredStickSongsListAsJson) {
