@@ -2,9 +2,9 @@
 # Installs the built tree into a temporary prefix and uses it from there as
 # any program outside the project would, with no LD_LIBRARY_PATH: the
 # installed files carry relative run paths only, the library finds
-# libzanmsg.so beside it, a small consumer program builds and runs twice
-# (with find_package(zansong) and with pkg-config), and the installed zanfm
-# runs its help and its demo.
+# libzanmsg.so and libush.so beside it, a small consumer program builds and
+# runs twice (with find_package(zansong) and with pkg-config), and the
+# installed zanfm runs its help and its demo.
 #   consumer_test.sh BUILD_DIR CONSUMER_SOURCE_DIR [EXTRA_CXXFLAGS]
 set -euo pipefail
 build=$1; src=$2; extra=${3:-}
@@ -29,8 +29,10 @@ while IFS= read -r -d '' f; do
     fail "absolute run path in $f: $(runpath "$f")"
   fi
 done < <(find "$prefix" -type f -print0)
-ldd "$lib" | grep -q "libzanmsg.so => $libdir/libzanmsg.so" \
-  || fail "libzansong.so does not find libzanmsg.so beside it: $(ldd "$lib")"
+for platform in libzanmsg.so libush.so; do
+  ldd "$lib" | grep -q "$platform => $libdir/$platform" \
+    || fail "libzansong.so does not find $platform beside it: $(ldd "$lib")"
+done
 
 # With find_package.
 cmake -S "$src" -B "$work/cmake-build" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" \
