@@ -54,10 +54,12 @@ long long FH2_get_file_size(const char* path) {
 
 long long FH2_get_dir_size(const char* dir) {
   if (dir == nullptr) return 0;
+  std::string prefix = dir;
+  if (prefix.empty() || prefix.back() != '/') prefix += '/';
   long long total = 0;
   zansong::DirectoryHandle listing(dir);
   listing.ForEachEntry([&](const dirent& entry) {
-    total += FH2_get_file_size((std::string(dir) + entry.d_name).c_str());
+    total += FH2_get_file_size((prefix + entry.d_name).c_str());
     return true;
   });
   return total;

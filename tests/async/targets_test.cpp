@@ -89,6 +89,8 @@ TEST_F(SizeTest, DirSizeAddsTheFilesDirectlyInIt) {
   WriteFile(album + "01.wav", std::string(20, 'b'));
   WriteFile(album + "Inner/02.mid", std::string(400, 'c'));  // not counted
   EXPECT_EQ(FH2_get_dir_size(album.c_str()), 30);
+  // An album path from the catalogue has no final "/".
+  EXPECT_EQ(FH2_get_dir_size((image_.SongRoot() + "Album").c_str()), 30);
 }
 
 TEST_F(SizeTest, DirSizeOfWhatCannotBeOpenedIsZero) {

@@ -17,8 +17,8 @@
 // FH2_get_file_size(path): the size of a regular file; 0 when it cannot be
 //   examined or is no regular file (a directory, a device).
 // FH2_get_dir_size(dir): the sum of FH2_get_file_size over the entries
-//   directly in dir (dir must end in "/"; not recursive); 0 when it cannot
-//   be opened.
+//   directly in dir (with or without a final "/"; not recursive); 0 when it
+//   cannot be opened.
 // FH2_stripxp(path, song_id): runs "/usr/local/bin/stripxp.sh" (below the
 //   system root) with the whole path of the song's MIDI file (path + its
 //   midi_path) as its one argument, never through a shell, then prints the
