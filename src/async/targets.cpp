@@ -47,8 +47,10 @@ int FH2_is_write_protect(const char* path) {
 }
 
 long long FH2_get_file_size(const char* path) {
-  struct stat st;
-  if (path == nullptr || ::stat(path, &st) != 0 || !S_ISREG(st.st_mode)) return 0;
+  // The 64-bit call, so that a file beyond 2 GiB has its size also where
+  // off_t has 32 bits (armhf).
+  struct stat64 st;
+  if (path == nullptr || ::stat64(path, &st) != 0 || !S_ISREG(st.st_mode)) return 0;
   return static_cast<long long>(st.st_size);
 }
 

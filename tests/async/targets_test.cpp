@@ -71,7 +71,7 @@ TEST_F(SizeTest, FileSizeBeyondFourGigabytes) {
   std::string file = image_.Path("/tmp/big.wav");
   WriteFile(file, "");
   const long long size = 5LL * 1024 * 1024 * 1024 + 3;
-  ASSERT_EQ(truncate(file.c_str(), size), 0);  // sparse: takes no space
+  ASSERT_EQ(truncate64(file.c_str(), size), 0);  // sparse: takes no space
   EXPECT_EQ(FH2_get_file_size(file.c_str()), size);
 }
 
