@@ -7,6 +7,7 @@ packages=(
   cmake ninja-build g++ pkg-config
   libsqlite3-dev sqlite3
   libexpat1-dev
+  libevent-dev
   libssl-dev openssl
   libgtest-dev libgmock-dev
   libbenchmark-dev

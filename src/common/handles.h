@@ -3,7 +3,8 @@
 // closes them.
 //
 // FileDescriptor owns an fd (-1 for none) and closes it on destruction;
-// Close() closes it early and reports close's result.  DirectoryHandle owns
+// Close() closes it early and reports close's result, Release() hands the
+// fd on to a new owner.  DirectoryHandle owns
 // a DIR* (null for none) and lists it with ForEachEntry.  Both are
 // move-only.  ScopedFile and ScopedIconv are neither copied nor moved: they
 // live on the stack of one function.
@@ -41,6 +42,9 @@ class FileDescriptor {
     if (fd_ < 0) return 0;
     return ::close(std::exchange(fd_, -1));
   }
+  // Gives up ownership: returns the fd (-1 for none), which is no longer
+  // closed here.
+  int Release() { return std::exchange(fd_, -1); }
 
  private:
   int fd_;

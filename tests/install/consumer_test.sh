@@ -2,9 +2,9 @@
 # Installs the built tree into a temporary prefix and uses it from there as
 # any program outside the project would, with no LD_LIBRARY_PATH: the
 # installed files carry relative run paths only, the library finds
-# libzanmsg.so beside it, a small consumer program builds and runs twice
-# (with find_package(zansong) and with pkg-config), and the installed zanfm
-# runs its help and its demo.
+# libzanmsg.so and libush.so beside it, a small consumer program builds and
+# runs twice (with find_package(zansong) and with pkg-config), and the
+# installed zanfm runs its help and its demo.
 #   consumer_test.sh BUILD_DIR CONSUMER_SOURCE_DIR [EXTRA_CXXFLAGS [CXX [TOOLCHAIN_FILE [EMULATOR...]]]]
 # In a cross-build, CXX is the cross compiler, TOOLCHAIN_FILE the build's
 # toolchain file and EMULATOR the command that runs the target's programs
@@ -44,8 +44,10 @@ done < <(find "$prefix" -type f -print0)
 # Read whole first: grep -q stops reading at the match, and a lister that
 # then writes into the closed pipe would fail the pipeline.
 libraries=$(list_libraries "$lib")
-grep -q "libzanmsg.so => $libdir/libzanmsg.so" <<<"$libraries" \
-  || fail "libzansong.so does not find libzanmsg.so beside it: $libraries"
+for platform in libzanmsg.so libush.so; do
+  grep -q "$platform => $libdir/$platform" <<<"$libraries" \
+    || fail "libzansong.so does not find $platform beside it: $libraries"
+done
 
 # With find_package.
 cmake_args=(-DCMAKE_PREFIX_PATH="$prefix")

@@ -1,4 +1,5 @@
 // A program outside the project that uses the installed library.
+#include <ush.h>
 #include <zanmsg.h>
 #include <zansong/zansong.h>
 
@@ -19,6 +20,9 @@ int main() {
   s.Insert("X", 1);
   if (!(s == "Xabc")) return 1;
   if (std::strcmp(msg_getXmlMsg("MSG_COMMON_COPY"), "Copy") != 0) return 1;
+  // The event loop comes with the package: with nothing registered, a
+  // dispatch round returns at once.
+  if (ush_Selects(-1) != 1) return 1;
   std::printf("consumer ok\n");
   return 0;
 }
