@@ -4,6 +4,7 @@
 // of one directory become lines.
 #include <sys/stat.h>
 
+#include <cstdio>
 #include <cstring>
 #include <string>
 #include <unordered_map>
@@ -26,6 +27,7 @@ struct Walk {
   bool withTime;      // song cache lines carry the modification time
   std::list<std::string>* albumDirs;
   std::list<std::string>* songLines;
+  int* refusedNames;  // files and folders left out for their names
 };
 
 bool StartsWith(const TSString& text, const char* prefix) {
@@ -111,6 +113,10 @@ int WalkDir(const Walk& walk, const TSString& dir, int level, std::list<std::str
   int result = kScanOk;
   d.ForEachEntry([&](const dirent& e) {
     *flag = false;
+    if (!zansong::IsCacheableName(e.d_name)) {
+      ++*walk.refusedNames;
+      return true;
+    }
     TSString path = dir + e.d_name;
     struct stat st;
     if (::stat(path.c_str(), &st) != 0) return true;
@@ -190,6 +196,19 @@ bool LinesCarryTime(const char* dir, int start, int storageKind, int level) {
   return getprefix(first) != "y";
 }
 
+// Walks from dir and, once per storage, says how many names were left out
+// because a song cache line cannot carry them.
+int WalkStorage(Walk& walk, const char* dir, int level, std::list<std::string>& loose, bool* flag) {
+  int refused = 0;
+  walk.refusedNames = &refused;
+  const int result = WalkDir(walk, TSString(dir), level, loose, flag);
+  if (refused > 0) {
+    std::printf("Names with control characters not registered: %d\n", refused);
+    std::fflush(stdout);
+  }
+  return result;
+}
+
 }  // namespace
 
 int GetDirFileList4(const char* dir, int start, std::list<std::string>& albumDirs,
@@ -201,13 +220,14 @@ int GetDirFileList4(const char* dir, int start, std::list<std::string>& albumDir
             true,
             LinesCarryTime(dir, start, storageKind, level),
             &albumDirs,
-            &songLines};
-  return WalkDir(walk, TSString(dir), level, looseSongLines, flag);
+            &songLines,
+            nullptr};
+  return WalkStorage(walk, dir, level, looseSongLines, flag);
 }
 
 int GetDirFileList3(const char* dir, int start, std::list<std::string>& albumDirs,
                     std::list<std::string>& songLines, std::list<std::string>& looseSongLines,
                     int storageKind, int level, bool* flag) {
-  Walk walk{start, storageKind, 4, false, true, &albumDirs, &songLines};
-  return WalkDir(walk, TSString(dir), level, looseSongLines, flag);
+  Walk walk{start, storageKind, 4, false, true, &albumDirs, &songLines, nullptr};
+  return WalkStorage(walk, dir, level, looseSongLines, flag);
 }

@@ -43,6 +43,14 @@ TSString SongCacheLine(const TSString& midiPath, const TSString& audioPath, int 
   return JoinLine(midiPath.SubString(start), audioPath.SubString(start), kind, time);
 }
 
+bool IsCacheableName(const char* name) {
+  for (const char* p = name; *p != 0; ++p) {
+    const unsigned char c = static_cast<unsigned char>(*p);
+    if (c < 0x20 || c == 0x7F) return false;
+  }
+  return true;
+}
+
 }  // namespace zansong
 
 TSString GetSongCache(TSString path, int start) {

@@ -13,6 +13,11 @@ namespace zansong {
 TSString SongCacheLine(const TSString& midiPath, const TSString& audioPath, int start,
                        bool withTime);
 
+// Whether a song cache line can carry name as a part of a path: false for
+// a name holding a tab, a line end or any other control byte (below 0x20,
+// or 0x7F), which would split or end the line.
+bool IsCacheableName(const char* name);
+
 }  // namespace zansong
 
 #endif  // ZANSONG_STORAGE_SCAN_CACHE_H_
