@@ -73,6 +73,34 @@ std::vector<std::string> PsongSeeds() {
   return {file, file.substr(0, file.size() - 20)};
 }
 
+// Downloaded packages: the XML form with its base64 text over lines, the
+// line form, a name with a directory part, and an escaped package.
+std::vector<std::string> PackageSeeds() {
+  const std::string base64 = "TVRoZAAAAAYAAAABAeBNVHJrAAAABAD/LwA=";
+  const std::string xml =
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n<SELF>\r\n"
+      "  <file filename=\"song.mid\" ackurl=\"https://shop.example/ack\">\r\n"
+      "    " +
+      base64.substr(0, 20) + "\r\n    " + base64.substr(20) + "\r\n  </file>\r\n</SELF>\r\n";
+  const std::string self = "<SELF>\n<title>Song</title>\n<file filename=\"a b.mid\">\n" + base64 +
+                           "\n</file>\n</SELF>\n";
+  const std::string nested = "<self><FILE FileName=\"sub/x.mid\" AckURL=\"x\">" + base64 +
+                             "</FILE><file filename=\"../up.mid\">QQ==</file></self>";
+  const std::string escaped =
+      "\"<?xml version=\\\"1.0\\\"?>\\n<SELF><file filename=\\\"e.mid\\\">" + base64 +
+      "</file></SELF>\"";
+  return {xml, self, nested, escaped};
+}
+
+// Text for the string functions: two ints (position, count), then text
+// with Shift-JIS characters (one whose second byte is a backslash), CSV
+// quoting, tabs and line ends.
+std::vector<std::string> TextSeeds() {
+  const std::string ints("\x03\0\0\0\x05\0\0\0", 8);
+  return {ints + "Album/\x83\x5c\x83\x74\x83\x67.mid", ints + "\"a,b\",c\td\\e\r\n'quoted'",
+          ints + "\x82\xa0\x82\xa2 \xe3\x81\x82 plain.MID"};
+}
+
 bool WriteSeeds(const std::string& dir, const std::string& target,
                 const std::vector<std::string>& seeds) {
   std::string targetDir = dir + "/" + target;
@@ -100,7 +128,9 @@ int main(int argc, char** argv) {
             WriteSeeds(dir, "smf_title_fuzzer", titleSeeds) &&
             WriteSeeds(dir, "wave_fuzzer", WavSeeds()) &&
             WriteSeeds(dir, "mp3_fuzzer", Mp3Seeds()) &&
-            WriteSeeds(dir, "psong_fuzzer", PsongSeeds());
+            WriteSeeds(dir, "psong_fuzzer", PsongSeeds()) &&
+            WriteSeeds(dir, "package_fuzzer", PackageSeeds()) &&
+            WriteSeeds(dir, "text_fuzzer", TextSeeds());
   if (!ok) {
     std::fprintf(stderr, "cannot write seeds under %s\n", dir.c_str());
     return 1;

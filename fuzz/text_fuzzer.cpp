@@ -7,6 +7,7 @@
 #include <cstring>
 #include <string>
 
+#include "zansong/common/charset.h"
 #include "zansong/common/path.h"
 #include "zansong/common/string_list.h"
 #include "zansong/common/tsstring.h"
@@ -72,6 +73,18 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Check(fields.Count() == 1);
     Check(*static_cast<TSString*>(fields.GetItem(0)) == s);
   }
+
+  // Shift-JIS and UTF-8 both ways, whatever the bytes; a converted text is
+  // terminated where its length says.
+  const TSString utf8 = StringConv(text.c_str(), "SHIFT-JIS", "UTF-8");
+  Check(std::strlen(utf8.c_str()) == static_cast<size_t>(utf8.Length()));
+  const TSString back = StringConv(utf8.c_str(), "UTF-8", "SHIFT-JIS");
+  Check(std::strlen(back.c_str()) == static_cast<size_t>(back.Length()));
+  StringConv(text.c_str(), "UTF-8", "SHIFT-JIS");
+
+  // Any line splits into fields, whatever its quotes.
+  TSStringList anyFields;
+  CSVToStrings(s, &anyFields);
 
   ExtractFileDirSX(s);
   ExtractFileNameSX(s);

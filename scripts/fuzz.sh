@@ -1,5 +1,6 @@
 #!/bin/bash
-# Builds the libFuzzer targets of the song file readers with clang (in
+# Builds the libFuzzer targets of the song file readers, the package
+# decoders and the text functions with clang (in
 # build-fuzz/) and runs each one for a fixed number of executions on a copy
 # of its seed corpus.  Fails when a target crashes, a sanitizer reports, or
 # a target stops before its count.
@@ -18,7 +19,8 @@ done
 
 root="$(cd "$(dirname "$0")/.." && pwd)"
 build="$root/build-fuzz"
-targets=(smf_info_fuzzer smf_title_fuzzer wave_fuzzer mp3_fuzzer psong_fuzzer)
+targets=(smf_info_fuzzer smf_title_fuzzer wave_fuzzer mp3_fuzzer psong_fuzzer package_fuzzer
+  text_fuzzer)
 
 CC=clang CXX=clang++ cmake -S "$root" -B "$build" -G Ninja \
   -DZANSONG_BUILD_FUZZ=ON -DZANSONG_BUILD_TESTS=OFF -DZANSONG_BUILD_BENCH=OFF \

@@ -37,6 +37,8 @@ class FileDescriptor {
 
   bool valid() const { return fd_ >= 0; }
   int get() const { return fd_; }
+  // Gives up ownership: returns the fd and holds none.
+  int release() { return std::exchange(fd_, -1); }
   // 0 when there was nothing to close or close succeeded, else -1.
   int Close() {
     if (fd_ < 0) return 0;

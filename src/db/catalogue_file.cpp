@@ -9,8 +9,10 @@
 #include <vector>
 
 #include "common/device_path.h"
+#include "common/file_replace.h"
 #include "common/process.h"
 #include "db/sql.h"
+#include "db/usb_catalogue.h"
 #include "zansong/db/dbman.h"
 
 using zansong::DevicePath;
@@ -30,9 +32,13 @@ std::string WithFinalSlash(const char* dir) {
 
 bool Exists(const std::string& path) { return access(path.c_str(), F_OK) == 0; }
 
-// cp from to; prints "DB copy error!" on failure.
-void CopyCatalogue(const std::string& from, const std::string& to) {
-  if (zansong::RunProgram({"cp", from, to}) != 0) zansong::PrintLine("DB copy error!");
+// Replaces the catalogue file to with a copy of from, atomically: a
+// failure part-way leaves to as it was.  Prints "DB copy error!" and
+// returns false on failure.
+bool CopyCatalogue(const std::string& from, const std::string& to) {
+  if (zansong::ReplaceWithCopy(from, to)) return true;
+  zansong::PrintLine("DB copy error!");
+  return false;
 }
 
 // The exporter's argument vector: the program, then the system root when
@@ -139,7 +145,7 @@ int TDBMan::InitDB(char const* dir) {
       return 1;
     }
     Close();
-    zansong::PrintLine("DB broken!");
+    zansong::PrintLine("DB broken!\n");
     if (!MoveAside(path)) return 0;
   }
   return CreateDB();
@@ -171,29 +177,43 @@ void db_vacuum(char* dir) {
   zansong::SyncFileSystems();
 }
 
-void usbdb_copy(char* dir) {
+namespace zansong {
+
+bool CopyUsbCatalogue(const char* dir) {
+  bool copied = true;
   std::string d = WithFinalSlash(dir);
-  if (zansong::IsUsbStickRoot(d.c_str())) {
+  if (IsUsbStickRoot(d.c_str())) {
     std::string stickFile = d + kCatalogueName;
-    if (Exists(stickFile)) CopyCatalogue(stickFile, DevicePathFor(DevicePath::kWorkingDb));
+    if (Exists(stickFile)) copied = CopyCatalogue(stickFile, DevicePathFor(DevicePath::kWorkingDb));
   }
-  zansong::SyncFileSystems();
+  SyncFileSystems();
+  return copied;
 }
 
-void usbdb_backup(char* dir) {
+bool BackupUsbCatalogue(const char* dir) {
+  bool copied = true;
   std::string d = WithFinalSlash(dir);
-  if (zansong::IsUsbStickRoot(d.c_str())) {
+  if (IsUsbStickRoot(d.c_str())) {
     std::string working = DevicePathFor(DevicePath::kWorkingDb);
     std::string stickFile = d + kCatalogueName;
     if (Exists(working)) {
       ExportCatalogue({"-u", working}, "songdb2json error1!");
-      // The stick may have been pulled while the operation ran.
-      if (Exists(zansong::TextOrEmpty(dir))) CopyCatalogue(working, zansong::TextOrEmpty(dir));
+      // The stick may have been pulled while the operation ran.  The copy
+      // goes to the stick's catalogue file itself (dir + name), written
+      // beside it and renamed over it.
+      if (Exists(TextOrEmpty(dir))) copied = CopyCatalogue(working, stickFile);
     } else if (Exists(stickFile)) {
       ExportCatalogue({"-u", stickFile}, "songdb2json error2!");
     } else {
       ExportCatalogue({}, "songdb2json error3!");
     }
   }
-  zansong::SyncFileSystems();
+  SyncFileSystems();
+  return copied;
 }
+
+}  // namespace zansong
+
+void usbdb_copy(char* dir) { zansong::CopyUsbCatalogue(dir); }
+
+void usbdb_backup(char* dir) { zansong::BackupUsbCatalogue(dir); }

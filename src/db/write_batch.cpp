@@ -5,6 +5,8 @@
 
 #include <thread>
 
+#include "db/sql.h"
+
 namespace zansong {
 
 namespace {
@@ -28,19 +30,27 @@ void WriteBatch::BeforeWrite() {
   }
 }
 
-void WriteBatch::AfterWrite() {
-  if (!InTransaction() || HeldMs() < kHoldBudgetMs) return;
-  Commit();
+bool WriteBatch::AfterWrite() {
+  if (!InTransaction() || HeldMs() < kHoldBudgetMs) return true;
+  const bool committed = Commit();
   std::this_thread::sleep_for(std::chrono::milliseconds(kPauseMs));
+  return committed;
 }
 
-void WriteBatch::Commit() {
+bool WriteBatch::Commit() {
   sqlite3* db = man_.db;
-  // Each try waits up to the busy timeout for readers to let go.
-  for (int i = 0; i < kCommitTries && InTransaction(); ++i) {
-    sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr);
+  if (!InTransaction()) return true;
+  int rc = SQLITE_BUSY;
+  // Each try waits up to the busy timeout for readers to let go; any other
+  // failure is final.
+  for (int i = 0; i < kCommitTries && rc == SQLITE_BUSY && InTransaction(); ++i) {
+    rc = sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr) & 0xff;
   }
+  if (rc == SQLITE_OK && !InTransaction()) return true;
+  PrintDbError(sqlite3_errmsg(db));
   if (InTransaction()) sqlite3_exec(db, "ROLLBACK", nullptr, nullptr, nullptr);
+  failed_ = true;
+  return false;
 }
 
 int WriteBatch::HeldMs() const {

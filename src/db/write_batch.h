@@ -16,12 +16,18 @@
 // a caller commits before it stops, so that the rows written before the
 // stop stay.  The destructor commits too.
 //
-// Nothing is printed by BEGIN or COMMIT.  When BEGIN cannot get the lock,
-// the connection stays in autocommit mode and the next write runs, and
-// fails or succeeds, exactly as it would on its own.  A COMMIT that finds
-// the catalogue busy is retried a few times (each try waits the busy
-// timeout) and then rolled back; after a failed write that made SQLite roll
-// the transaction back there is nothing left to commit.
+// Nothing is printed by BEGIN.  When BEGIN cannot get the lock, the
+// connection stays in autocommit mode and the next write runs, and fails
+// or succeeds, exactly as it would on its own.  A COMMIT that finds the
+// catalogue busy is retried a few times (each try waits the busy timeout).
+// A COMMIT that still fails (busy, disk full, I/O error, read-only) is
+// rolled back, prints "DB: error %s\n" with SQLite's message, and makes
+// Commit() (and AfterWrite(), when it committed) return false: the writes
+// of that transaction are lost, those of earlier commits stay.  failed()
+// stays true from then on, so that the operation can still report it when
+// the commit happened in the destructor of an owner.  After a failed write
+// that made SQLite roll the transaction back there is nothing left to
+// commit; the caller learns of that failure from the write itself.
 //
 // A WriteBatch refers to the manager's connection and must not outlive it.
 // Single-threaded, as the manager is.
@@ -46,10 +52,13 @@ class WriteBatch {
 
   // Before a write: opens a transaction when none is open.
   void BeforeWrite();
-  // After a write: commits and pauses once the budget is spent.
-  void AfterWrite();
-  // Commits the open transaction, if any; no pause.
-  void Commit();
+  // After a write: commits and pauses once the budget is spent.  False
+  // when that commit failed.
+  bool AfterWrite();
+  // Commits the open transaction, if any; no pause.  False when it failed.
+  bool Commit();
+  // True once a commit of this batch has failed.
+  bool failed() const { return failed_; }
   // Milliseconds since the open transaction began; 0 when none is open.
   int HeldMs() const;
 
@@ -58,6 +67,7 @@ class WriteBatch {
 
   TDBMan& man_;
   std::chrono::steady_clock::time_point began_;
+  bool failed_ = false;
 };
 
 }  // namespace zansong

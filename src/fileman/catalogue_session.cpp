@@ -34,13 +34,15 @@ WriteBatch& CatalogueSession::batch() {
   return *batch_;
 }
 
-void CatalogueSession::Commit() {
+bool CatalogueSession::Commit() {
   if (batch_) batch_->Commit();
+  return !writeFailed();
 }
 
-void CatalogueSession::Close() {
-  Commit();
+bool CatalogueSession::Close() {
+  const bool committed = Commit();
   man_.Close();
+  return committed;
 }
 
 }  // namespace zansong

@@ -29,6 +29,15 @@
 // nothing more.  The destructor calls Close(), so every return, early or
 // not, keeps the rows written before it.
 //
+// A commit can fail (disk full, I/O error, read-only storage): Commit() and
+// Close() then return false, the batch has printed "DB: error %s\n", and
+// writeFailed() stays true.  An operation that reports success therefore
+// ends with Close() and returns its failure result when Close() is false,
+// rather than leaving the last commit to the destructor:
+//
+//     if (!session.Close()) return kResultDbFail;
+//     return kResultOk;
+//
 // A session is neither copied nor moved; it lives on the stack of the
 // operation.
 #ifndef ZANSONG_SRC_FILEMAN_CATALOGUE_SESSION_H_
@@ -58,10 +67,13 @@ class CatalogueSession {
   TDBSongMan& man() { return man_; }
   WriteBatch& batch();
 
-  // Commits the batch's open transaction, if any.
-  void Commit();
-  // Commits, then closes the connection.
-  void Close();
+  // Commits the batch's open transaction, if any.  False when a commit of
+  // the batch has failed, now or before.
+  bool Commit();
+  // Commits, then closes the connection.  False as Commit().
+  bool Close();
+  // True once a commit of the batch has failed.
+  bool writeFailed() const { return batch_ && batch_->failed(); }
 
  private:
   TDBSongMan man_;

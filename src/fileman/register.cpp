@@ -1,6 +1,7 @@
 // FM_Add_AllSongs_ByCache: brings the catalogue of one storage area in step
 // with its files by comparing song cache lines, writing only differences.
 #include <chrono>
+#include <cstdio>
 #include <deque>
 #include <list>
 #include <set>
@@ -39,6 +40,13 @@ constexpr int kProgressStep = 200;
 // the write lock is free, then written in one short transaction.
 constexpr int kReadRoundMs = 100;
 
+// The line that ends a registration whose catalogue write failed, after
+// the catalogue's own "DB: error ..." line.
+void PrintRegistrationFailure() {
+  std::printf("Error! :FM_Add_AllSongs_ByCache\n");
+  std::fflush(stdout);
+}
+
 // The storage kind handed to the scan.
 int StorageKindOf(const char* root, const TSString& folder) {
   if (zansong::IsUsbStickRoot(root)) {
@@ -61,25 +69,38 @@ class Registration {
         batch_(session.batch()),
         progressTarget_(progressTarget) {}
 
+  // Each step below stops at the first write or commit that fails (disk
+  // full, I/O error, read-only storage) and notes it in writeFailed(); the
+  // rows committed before it stay.
+
   // Deletes the albums in vanished (and their songs).  False when the
-  // caller must stop: cancel, or an album row that could not be deleted.
+  // caller must stop: cancel, or a failed write.
   bool DeleteAlbums(const Lines& vanished);
   // Creates an album row for each directory of fresh.  False on a stop.
   bool CreateAlbums(const Lines& fresh, const TSString& folder);
   // Deletes the songs of the catalogue lines vanished, then the playlist
-  // entries whose song is gone.
-  void DeleteSongs(const Lines& vanished);
+  // entries whose song is gone.  False after a failed write.
+  bool DeleteSongs(const Lines& vanished);
   // Adds the songs of the scan lines fresh, until a cancel or a failed
   // insert.
   void AddSongs(const Lines& fresh);
   // Renumbers albums and songs of the prefix by path; songs from rows
   // while they are current.
   void Renumber(const TSString& folder, const zansong::SongRows& rows);
-  void Commit() { batch_.Commit(); }
+  bool Commit() { return Wrote(batch_.Commit()); }
+  bool writeFailed() const { return writeFailed_; }
 
  private:
   // Writes the songs read from the files of one round; false on a stop.
   bool WriteSongs(std::deque<NewSong>& songs, size_t total, zansong::SongInsert& insert);
+  // ok, noting a failed write or commit when it is false.
+  bool Wrote(bool ok) {
+    if (!ok) writeFailed_ = true;
+    return ok;
+  }
+  // The end of one write: its own result and the batch's commit, if one
+  // was due.
+  bool Written(bool ok) { return Wrote(batch_.AfterWrite() && ok); }
 
   TSString root_;
   TSString prefix_;
@@ -92,16 +113,16 @@ class Registration {
   int albumId_ = 0;
   TSString albumPath_;
   size_t written_ = 0;  // lines of fresh handled so far (the count)
+  bool writeFailed_ = false;
 };
 
 bool Registration::DeleteAlbums(const Lines& vanished) {
   for (const std::string& path : vanished) {
     int id = man_.GetAlbumIDByPath(path.c_str());
     batch_.BeforeWrite();
-    man_.DeleteData("song", "album_id", std::to_string(id).c_str());
-    int ok = man_.DeleteData("album", "album_path", path.c_str());
-    batch_.AfterWrite();
-    if (GetCancelFlag() || !ok) return false;
+    bool ok = man_.DeleteData("song", "album_id", std::to_string(id).c_str()) &&
+              man_.DeleteData("album", "album_path", path.c_str());
+    if (!Written(ok) || GetCancelFlag()) return false;
   }
   return true;
 }
@@ -125,13 +146,12 @@ bool Registration::CreateAlbums(const Lines& fresh, const TSString& folder) {
     }
     batch_.BeforeWrite();
     int id = man_.CreateAlbum(title.c_str(), d.c_str(), cover.c_str(), prefix_.c_str());
-    batch_.AfterWrite();
-    if (GetCancelFlag() || id < 0) return false;
+    if (!Written(id >= 0) || GetCancelFlag()) return false;
   }
   return true;
 }
 
-void Registration::DeleteSongs(const Lines& vanished) {
+bool Registration::DeleteSongs(const Lines& vanished) {
   int count = 0;
   const int total = static_cast<int>(vanished.size());
   for (const std::string& line : vanished) {
@@ -144,13 +164,11 @@ void Registration::DeleteSongs(const Lines& vanished) {
     // The second field ends at the next tab.
     paths[1] = paths[1].substr(0, paths[1].find('\t'));
     batch_.BeforeWrite();
-    man_.DeleteSongByPath(&paths[0][0], &paths[1][0]);
-    batch_.AfterWrite();
+    if (!Written(man_.DeleteSongByPath(&paths[0][0], &paths[1][0]) != 0)) return false;
     // A cancel does not stop the clean-up of vanished songs.
   }
   batch_.BeforeWrite();
-  man_.DeletePsongNotExist(prefix_.c_str());
-  batch_.AfterWrite();
+  return Written(man_.DeletePsongNotExist(prefix_.c_str()) != 0);
 }
 
 bool Registration::WriteSongs(std::deque<NewSong>& songs, size_t total,
@@ -172,8 +190,7 @@ bool Registration::WriteSongs(std::deque<NewSong>& songs, size_t total,
     batch_.BeforeWrite();
     int ok = zansong::AddSong2(insert, albumId_, nextSongId_, nextOrder_, &info, ctime.c_str(),
                                prefix_.c_str());
-    batch_.AfterWrite();
-    if (GetCancelFlag() || !ok) return false;
+    if (!Written(ok != 0) || GetCancelFlag()) return false;
     ++nextSongId_;
     ++nextOrder_;
   }
@@ -190,7 +207,7 @@ void Registration::AddSongs(const Lines& fresh) {
   auto next = fresh.begin();
   while (next != fresh.end()) {
     // Read a round of songs from their files with the write lock free...
-    batch_.Commit();
+    if (!Commit()) return;
     std::deque<NewSong> round;
     const auto started = std::chrono::steady_clock::now();
     while (next != fresh.end()) {
@@ -203,13 +220,13 @@ void Registration::AddSongs(const Lines& fresh) {
     // ...then write them in order, as if each had been written at once.
     if (!WriteSongs(round, total, insert)) break;
   }
-  batch_.Commit();
+  Commit();
 }
 
 void Registration::Renumber(const TSString& folder, const zansong::SongRows& rows) {
-  zansong::ResetAlbumOrderAndPath(man_, folder.c_str(), prefix_.c_str(), &batch_);
-  zansong::SortSongByPath(man_, prefix_.c_str(), &batch_, &rows);
-  batch_.Commit();
+  Wrote(zansong::ResetAlbumOrderAndPath(man_, folder.c_str(), prefix_.c_str(), &batch_) != 0 &&
+        zansong::SortSongByPath(man_, prefix_.c_str(), &batch_, &rows) != 0);
+  Commit();
 }
 
 // The MIDI and audio paths of a song cache line.
@@ -269,13 +286,21 @@ extern "C" int FM_Add_AllSongs_ByCache(const char* root, const char* folder, int
   TDBSongMan& man = session.man();
   Registration work(rootText, prefix, session, progressTarget);
 
+  // A write or commit that failed ends the work at once: what was
+  // committed before it stays, and the result says the catalogue failed.
+  const auto failed = [&session] {
+    session.Close();
+    PrintRegistrationFailure();
+    return kResultDbFail;
+  };
+
   Lines known;
   if (!man.GetAlbumPathList(known, prefix.c_str())) return kScanStopped;
   known.sort();
   GetDiffCacheList(albumDirs, known);
-  if (completeScan && !work.DeleteAlbums(known)) return ret;
-  if (!work.CreateAlbums(albumDirs, folderText)) return ret;
-  work.Commit();
+  if (completeScan && !work.DeleteAlbums(known)) return work.writeFailed() ? failed() : ret;
+  if (!work.CreateAlbums(albumDirs, folderText)) return work.writeFailed() ? failed() : ret;
+  if (!work.Commit()) return failed();
   if (notifyRemote != 0) PrintRemoconMessage(kMsgScanning3, kButtonCancel);
 
   // One read of the song table serves the comparison and, when nothing
@@ -298,11 +323,13 @@ extern "C" int FM_Add_AllSongs_ByCache(const char* root, const char* folder, int
     return ret;
   }
   if (completeScan) {
-    work.DeleteSongs(known);
+    if (!work.DeleteSongs(known)) return failed();
   } else {
     DropChangedSongs(songLines, known);
   }
   work.AddSongs(songLines);
+  if (work.writeFailed()) return failed();
   if (keepOrder == 0) work.Renumber(folderText, rows);
+  if (work.writeFailed() || !session.Close()) return failed();
   return ret;
 }

@@ -2,6 +2,7 @@
 #include "fileman/register_song.h"
 
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include "zansong/common/charset.h"
@@ -17,14 +18,26 @@ namespace {
 
 bool Contains(const TSString& text, const char* part) { return std::strstr(text.c_str(), part); }
 
+// Song cache paths separate their directories with "/" only: a backslash
+// or a colon is a character of a name on this storage (a Shift-JIS name
+// whose second byte is 0x5C holds one), never a separator, so these two
+// do not use the path splitters, which take all three.
+
 // The file name of path without its extension.
 TSString NameWithoutExtension(const TSString& path) {
-  return ChangeFileExtSX(ExtractFileNameSX(path), "");
+  std::string name = path.c_str();
+  name.erase(0, name.rfind('/') + 1);  // npos + 1 == 0: no directory part
+  const std::string::size_type dot = name.rfind('.');
+  if (dot != std::string::npos) name.erase(dot);
+  return name.c_str();
 }
 
-// The directory of root + path, relative to root.
-TSString AlbumPathOf(const TSString& root, const TSString& path) {
-  return ExtractFileDirSX(root + path).SubString(root.Length() + 1);
+// The directory of a relative song path: its album path ("" for a song
+// directly in the root).
+TSString AlbumPathOf(const TSString& path) {
+  const std::string text = path.c_str();
+  const std::string::size_type slash = text.rfind('/');
+  return slash == std::string::npos ? TSString() : TSString(text.substr(0, slash).c_str());
 }
 
 // path with extension ".jpg" when that file exists under root, else "".
@@ -64,7 +77,7 @@ bool ReadNewSong(const TSString& root, const TSString& prefix, const std::string
 
   if (!Contains(info.format, "SMF")) {
     info.title = NameWithoutExtension(info.audioPath);
-    info.albumPath = AlbumPathOf(root, info.audioPath);
+    info.albumPath = AlbumPathOf(info.audioPath);
     if (downloaded) info.coverartPath = CoverBeside(root, info.audioPath);
     info.length = static_cast<int>(GetAudioTime((root + info.audioPath).c_str()));
     song->readable = true;
@@ -94,7 +107,7 @@ bool ReadNewSong(const TSString& root, const TSString& prefix, const std::string
     int audio = static_cast<int>(GetAudioTime((root + info.audioPath).c_str()));
     if (audio > info.length) info.length = audio;
   }
-  info.albumPath = AlbumPathOf(root, info.midiPath);
+  info.albumPath = AlbumPathOf(info.midiPath);
   if (downloaded) info.coverartPath = CoverBeside(root, info.midiPath);
   song->readable = true;
   return true;

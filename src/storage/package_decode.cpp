@@ -2,6 +2,7 @@
 // that keeps a package's output inside its directory.
 #include "storage/package_decode.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -9,6 +10,7 @@
 #include <cstring>
 #include <string>
 
+#include "common/handles.h"
 #include "common/process.h"
 #include "zansong/storage/files.h"
 #include "zansong/storage/package.h"
@@ -32,6 +34,44 @@ bool IsSafePackageFileName(const TSString& name) {
     if (static_cast<unsigned char>(name[i]) < 0x20) return false;
   }
   return true;
+}
+
+namespace {
+
+// True when name exists in the directory dirFd as a symbolic link.
+bool IsLinkIn(int dirFd, const std::string& name) {
+  struct stat st;
+  return ::fstatat(dirFd, name.c_str(), &st, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(st.st_mode);
+}
+
+}  // namespace
+
+FILE* CreateBase64File(const TSString& packageDir, const TSString& name, TSString* output) {
+  *output = TSString();
+  if (!IsSafePackageFileName(name)) return nullptr;
+  FileDescriptor dir(::open(packageDir.Length() > 0 ? packageDir.c_str() : "/",
+                            O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  // Each directory below the package's own is entered without following a
+  // link.
+  std::string rest = name.c_str();
+  for (size_t slash = rest.find('/'); dir.valid() && slash != std::string::npos;
+       slash = rest.find('/')) {
+    dir = FileDescriptor(::openat(dir.get(), rest.substr(0, slash).c_str(),
+                                  O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    rest.erase(0, slash + 1);
+  }
+  if (!dir.valid()) return nullptr;
+  for (const char* suffix : {"", ".b64", ".bak"}) {
+    if (IsLinkIn(dir.get(), rest + suffix)) return nullptr;
+  }
+  FileDescriptor fd(::openat(dir.get(), (rest + ".b64").c_str(),
+                             O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0666));
+  if (!fd.valid()) return nullptr;
+  FILE* stream = ::fdopen(fd.get(), "wb");
+  if (stream == nullptr) return nullptr;
+  fd.release();
+  *output = packageDir + "/" + name;
+  return stream;
 }
 
 bool MoveWithProgram(const TSString& from, const TSString& to) {

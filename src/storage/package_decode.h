@@ -2,6 +2,8 @@
 #ifndef ZANSONG_STORAGE_PACKAGE_DECODE_H_
 #define ZANSONG_STORAGE_PACKAGE_DECODE_H_
 
+#include <cstdio>
+
 #include "zansong/common/tsstring.h"
 
 namespace zansong {
@@ -11,6 +13,15 @@ namespace zansong {
 // "." component, no final "/").  Any other name stays inside the package's
 // directory.
 bool IsSafePackageFileName(const TSString& name);
+
+// Creates (or empties) the ".b64" file of the package output name in
+// packageDir and returns it open for writing, with *output set to
+// packageDir + "/" + name.  Refused (null, *output empty) when name is not
+// a safe file name (above), when a directory on the way from packageDir is
+// missing or a symbolic link, or when the output, its ".b64" or its ".bak"
+// file is a symbolic link: a link planted in the download folder is never
+// followed out of it.  The caller closes the stream.
+FILE* CreateBase64File(const TSString& packageDir, const TSString& name, TSString* output);
 
 // Decodes output + ".b64" into output with the openssl program.  An earlier
 // file named output is moved to output + ".bak" first and, when the decode

@@ -88,12 +88,8 @@ class LineDecoder {
     if (!zansong::IsSafePackageFileName(name)) return state_ = State::kFailed;
     name = ExtractFileNameSX(name);
     if (name.Length() == 0) return state_ = State::kFailed;
-    output_ = packageDir_ + "/" + name;
-    base64_ = std::fopen((output_ + ".b64").c_str(), "wb");
-    if (base64_ == nullptr) {
-      output_ = TSString();
-      return state_ = State::kFailed;
-    }
+    base64_ = zansong::CreateBase64File(packageDir_, name, &output_);
+    if (base64_ == nullptr) return state_ = State::kFailed;
     TSString afterName = rest.SubString(quote + 1);
     int end = afterName.AnsiPos(">");
     if (end == 0) return state_ = State::kTagEnd;

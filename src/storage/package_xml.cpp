@@ -45,7 +45,7 @@ struct PackageState {
   std::string ackurl;
   FILE* base64 = nullptr;  // output + ".b64" while the "file" element is open
   bool writeFailed = false;
-  bool refused = false;  // a file name that would leave the directory
+  bool refused = false;  // an output that would leave the directory, or no ".b64"
 };
 
 bool IsBase64Byte(char c) {
@@ -61,13 +61,8 @@ void XMLCALL OnStart(void* data, const XML_Char* name, const XML_Char** attribut
     const char* value = attributes[i + 1];
     if (strcasecmp(key, "filename") == 0) {
       state.CloseBase64();
-      if (!zansong::IsSafePackageFileName(TSString(value))) {
-        state.refused = true;
-        state.output = TSString();
-        continue;
-      }
-      state.output = state.packageDir + "/" + value;
-      state.base64 = std::fopen((state.output + ".b64").c_str(), "wb");
+      state.base64 = zansong::CreateBase64File(state.packageDir, TSString(value), &state.output);
+      if (state.base64 == nullptr) state.refused = true;
     } else if (strcasecmp(key, "ackurl") == 0) {
       state.ackurl = value;
     }

@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <cstdio>
 #include <cstring>
 #include <ctime>
 #include <string>
@@ -36,6 +37,7 @@ struct Walk {
   std::list<std::string>* albumDirs;
   std::list<std::string>* songLines;
   zansong::LocalTimeText* times;
+  int* refusedNames;  // files and folders left out for their names
 };
 
 // One song file of a directory: its full path and modification time.
@@ -166,6 +168,10 @@ int WalkDir(const Walk& walk, zansong::DirectoryHandle d, const std::string& dir
   d.ForEachEntry([&](const dirent& e) {
     const char* name = e.d_name;
     *flag = false;
+    if (!zansong::IsCacheableName(name)) {
+      ++*walk.refusedNames;
+      return true;
+    }
     path.resize(dir.size());
     path += name;
 
@@ -258,10 +264,18 @@ bool LinesCarryTime(const char* dir, int start, int storageKind, int level) {
   return getprefix(first) != "y";
 }
 
-int StartWalk(const Walk& walk, const char* dir, int level, std::list<std::string>& loose,
-              bool* flag) {
+// Walks from dir and, once per storage, says how many names were left out
+// because a song cache line cannot carry them.
+int WalkStorage(Walk& walk, const char* dir, int level, std::list<std::string>& loose, bool* flag) {
+  int refused = 0;
+  walk.refusedNames = &refused;
   const std::string top = dir != nullptr ? dir : "";
-  return WalkDir(walk, zansong::DirectoryHandle(top.c_str()), top, level, loose, flag);
+  const int result = WalkDir(walk, zansong::DirectoryHandle(top.c_str()), top, level, loose, flag);
+  if (refused > 0) {
+    std::printf("Names with control characters not registered: %d\n", refused);
+    std::fflush(stdout);
+  }
+  return result;
 }
 
 }  // namespace
@@ -277,14 +291,15 @@ int GetDirFileList4(const char* dir, int start, std::list<std::string>& albumDir
             LinesCarryTime(dir, start, storageKind, level),
             &albumDirs,
             &songLines,
-            &times};
-  return StartWalk(walk, dir, level, looseSongLines, flag);
+            &times,
+            nullptr};
+  return WalkStorage(walk, dir, level, looseSongLines, flag);
 }
 
 int GetDirFileList3(const char* dir, int start, std::list<std::string>& albumDirs,
                     std::list<std::string>& songLines, std::list<std::string>& looseSongLines,
                     int storageKind, int level, bool* flag) {
   zansong::LocalTimeText times;
-  Walk walk{start, storageKind, 4, false, true, &albumDirs, &songLines, &times};
-  return StartWalk(walk, dir, level, looseSongLines, flag);
+  Walk walk{start, storageKind, 4, false, true, &albumDirs, &songLines, &times, nullptr};
+  return WalkStorage(walk, dir, level, looseSongLines, flag);
 }

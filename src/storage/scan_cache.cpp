@@ -57,6 +57,14 @@ std::string SongCacheLine(std::string_view midiPath, std::string_view audioPath,
   return line;
 }
 
+bool IsCacheableName(const char* name) {
+  for (const char* p = name; *p != 0; ++p) {
+    const unsigned char c = static_cast<unsigned char>(*p);
+    if (c < 0x20 || c == 0x7F) return false;
+  }
+  return true;
+}
+
 }  // namespace zansong
 
 TSString GetSongCache(TSString path, int start) {

@@ -43,6 +43,11 @@ ItB RemoveCommonLines(std::list<std::string>& a, ItB ib, ItB endB, PassB passB, 
   return ib;
 }
 
+// Whether a song cache line can carry name as a part of a path: false for
+// a name holding a tab, a line end or any other control byte (below 0x20,
+// or 0x7F), which would split or end the line.
+bool IsCacheableName(const char* name);
+
 }  // namespace zansong
 
 #endif  // ZANSONG_STORAGE_SCAN_CACHE_H_

@@ -1,11 +1,16 @@
 // usbdb_backup: the JSON export of a catalogue and the copy back to a stick.
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
+#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
 
 #include "common/process.h"
+#include "db/usb_catalogue.h"
 #include "support/catalogue_fixture.h"
+#include "support/child_process.h"
 #include "support/stdout_capture.h"
 
 namespace zansong_test {
@@ -88,6 +93,82 @@ TEST_F(DeviceTest, BackupReportsEachFailingExport) {
     usbdb_backup(&stick[0]);
     EXPECT_EQ("songdb2json error1!", out.Finish());
   }
+}
+
+// Adds albums album rows with long titles to the working copy, to make it grow.
+void GrowWorkingCopy(const DeviceImage& image, int albums) {
+  std::string sql = "BEGIN;";
+  for (int i = 1; i <= albums; ++i) {
+    sql += "INSERT INTO album(pfix,album_id,album_title,album_path,disp_order) VALUES('s'," +
+           std::to_string(i) + ",'" + std::string(200, 'a') + "','A" + std::to_string(i) + "'," +
+           std::to_string(i) + ");";
+  }
+  ExecOn(image.WorkingDb(), sql + "COMMIT;");
+}
+
+// Results of the nearly-full-stick child, one bit each.
+enum : int {
+  kBackupSucceeded = 1,
+  kNoCopyErrorLine = 2,
+  kStickCatalogueChanged = 4,
+  kTemporaryFileLeft = 8,
+};
+
+TEST_F(DeviceTest, BackupToANearlyFullStickKeepsTheStickCatalogueAndSaysSo) {
+  std::string stick = image_.UsbRoot("sda1");
+  const int result = RunInChild([&] {
+    if (!MountSmallFileSystemForThisProcess(stick, 1 << 20)) return kChildSetupFailed;
+    const std::string stickDb = stick + ".zansong.db";
+    CreateCatalogue(image_, stickDb);
+    ExecOn(stickDb,
+           "INSERT INTO playlist(ppfix,playlist_id,playlist_title,disp_order) "
+           "VALUES('s',1,'Favourites',1)");
+    if (!zansong::CopyUsbCatalogue(stick.c_str())) return kChildSetupFailed;
+    GrowWorkingCopy(image_, 1000);
+    const std::string before = ReadFile(stickDb);
+    if (!FillFileSystemLeaving(stick, 16 * 1024)) return kChildSetupFailed;
+    StdoutCapture out;
+    int bits = 0;
+    if (zansong::BackupUsbCatalogue(stick.c_str())) bits |= kBackupSucceeded;
+    if (out.Finish().find("DB copy error!") == std::string::npos) bits |= kNoCopyErrorLine;
+    if (ReadFile(stickDb) != before) bits |= kStickCatalogueChanged;
+    int entries = 0;
+    for (const auto& e : std::filesystem::directory_iterator(stick)) {
+      (void)e;
+      ++entries;
+    }
+    if (entries != 2) bits |= kTemporaryFileLeft;  // the catalogue and the filler
+    return bits;
+  });
+  if (result == kChildSetupFailed) GTEST_SKIP() << "needs root for a small tmpfs";
+  EXPECT_EQ(0, result);
+}
+
+TEST_F(DeviceTest, BackupReplacesTheStickCatalogueWithoutWritingIntoTheOldFile) {
+  std::string stick = image_.UsbRoot("sda1");
+  const std::string stickDb = stick + ".zansong.db";
+  CreateCatalogue(image_, stickDb);
+  ASSERT_TRUE(zansong::CopyUsbCatalogue(stick.c_str()));
+  GrowWorkingCopy(image_, 10);
+  // A second name for the old file: a copy written into it in place would
+  // show through this link.
+  ASSERT_EQ(0, ::link(stickDb.c_str(), (stick + "old-catalogue").c_str()));
+  const std::string before = ReadFile(stickDb);
+  ASSERT_TRUE(zansong::BackupUsbCatalogue(stick.c_str()));
+  EXPECT_EQ(before, ReadFile(stick + "old-catalogue"));
+  EXPECT_EQ(ReadFile(image_.WorkingDb()), ReadFile(stickDb));
+}
+
+TEST_F(DeviceTest, CopyToTheWorkingCopyFailsWithoutTouchingIt) {
+  std::string stick = image_.UsbRoot("sda1");
+  CreateCatalogue(image_, image_.WorkingDb());
+  const std::string before = ReadFile(image_.WorkingDb());
+  // A directory in place of the stick's catalogue cannot be read as a file.
+  MakeDirs(stick + ".zansong.db");
+  StdoutCapture out;
+  EXPECT_FALSE(zansong::CopyUsbCatalogue(stick.c_str()));
+  EXPECT_EQ("DB copy error!", out.Finish());
+  EXPECT_EQ(before, ReadFile(image_.WorkingDb()));
 }
 
 TEST_F(DeviceTest, BackupOfAnOrdinaryDirectoryWritesNothing) {

@@ -158,7 +158,7 @@ TEST_F(DeviceTest, ACatalogueWithoutAlbumTableIsMovedAsideAndRecreated) {
   TDBMan man;
   StdoutCapture out;
   EXPECT_EQ(1, man.InitDB(image_.SongRoot().c_str()));
-  EXPECT_EQ("DB broken!", out.Finish());
+  EXPECT_EQ("DB broken!\n", out.Finish());
   EXPECT_TRUE(HasTables(db));
   EXPECT_EQ(0, IntOn(db, "SELECT COUNT(*) FROM song"));
   EXPECT_EQ(before, ReadFile(db + ".broken"));
@@ -177,7 +177,7 @@ TEST_F(DeviceTest, ACatalogueOfRandomBytesIsMovedAsideAndRecreated) {
   TDBMan man;
   StdoutCapture out;
   EXPECT_EQ(1, man.InitDB(image_.SongRoot().c_str()));
-  EXPECT_EQ("DB broken!", out.Finish());
+  EXPECT_EQ("DB broken!\n", out.Finish());
   EXPECT_EQ(garbage, ReadFile(db + ".broken"));
   EXPECT_TRUE(HasTables(db));
   EXPECT_EQ(0, IntOn(db, "SELECT COUNT(*) FROM album"));

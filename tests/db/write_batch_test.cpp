@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "support/catalogue_fixture.h"
+#include "support/fault_injection.h"
 #include "support/stdout_capture.h"
 
 namespace zansong_test {
@@ -95,6 +96,42 @@ TEST_F(WriteBatchTest, WhenTheLockIsTakenTheWriteRunsOnItsOwn) {
   EXPECT_EQ("", out.Finish());
   EXPECT_EQ(0, holder.Join());
   EXPECT_EQ(1, AlbumsSeenOutside());
+}
+
+TEST_F(WriteBatchTest, AFailedCommitIsReportedAndItsWritesAreGone) {
+  InstallCatalogueShim();
+  ASSERT_EQ(1, man_.Open());  // again, through the counting VFS
+  WriteBatch batch(man_);
+  batch.BeforeWrite();
+  AddAlbum("Before");
+  ASSERT_TRUE(batch.Commit());
+  batch.BeforeWrite();
+  AddAlbum("Lost");
+  StdoutCapture out;
+  {
+    FaultArm full(FaultTarget::kCatalogue, 1);  // the device is full from now on
+    EXPECT_FALSE(batch.Commit());
+    EXPECT_TRUE(full.fired());
+  }
+  EXPECT_EQ(0u, out.Finish().rfind("DB: error ", 0));
+  EXPECT_TRUE(batch.failed());
+  EXPECT_FALSE(InTransaction());
+  man_.Close();
+  EXPECT_EQ(1, AlbumsSeenOutside());  // the row committed before stays
+}
+
+TEST_F(WriteBatchTest, AFailedCommitAfterTheBudgetIsReportedByAfterWrite) {
+  InstallCatalogueShim();
+  ASSERT_EQ(1, man_.Open());
+  WriteBatch batch(man_);
+  batch.BeforeWrite();
+  AddAlbum("A");
+  std::this_thread::sleep_for(std::chrono::milliseconds(WriteBatch::kHoldBudgetMs + 20));
+  StdoutCapture out;
+  FaultArm full(FaultTarget::kCatalogue, 1);
+  EXPECT_FALSE(batch.AfterWrite());
+  EXPECT_TRUE(batch.failed());
+  out.Finish();
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "support/catalogue_fixture.h"
+#include "support/fault_injection.h"
 #include "support/stdout_capture.h"
 
 namespace zansong_test {
@@ -94,6 +95,30 @@ TEST_F(CatalogueSessionTest, AnEarlyCloseEndsTheConnectionOnce) {
   out.Finish();
   session.Close();
   EXPECT_EQ("A", TextOn(Root() + ".zansong.db", "SELECT album_title FROM album"));
+}
+
+TEST_F(CatalogueSessionTest, AFailedCommitMakesCloseFalse) {
+  InstallCatalogueShim();
+  CatalogueSession session(Root().c_str());
+  ASSERT_TRUE(session.ok());
+  session.batch().BeforeWrite();
+  ASSERT_EQ(1, session.man().CreateAlbum("A", "A", "", "s"));
+  StdoutCapture out;
+  FaultArm full(FaultTarget::kCatalogue, 1);
+  EXPECT_FALSE(session.Close());
+  EXPECT_TRUE(session.writeFailed());
+  EXPECT_FALSE(session.Close());  // and stays so
+  EXPECT_EQ(0u, out.Finish().rfind("DB: error ", 0));
+}
+
+TEST_F(CatalogueSessionTest, CloseIsTrueWhenEveryCommitSucceeded) {
+  CatalogueSession session(Root().c_str());
+  ASSERT_TRUE(session.ok());
+  session.batch().BeforeWrite();
+  ASSERT_EQ(1, session.man().CreateAlbum("A", "A", "", "s"));
+  EXPECT_TRUE(session.Close());
+  EXPECT_FALSE(session.writeFailed());
+  EXPECT_EQ(1, Albums());
 }
 
 }  // namespace

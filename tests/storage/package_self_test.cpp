@@ -1,6 +1,7 @@
 // The line-oriented "<SELF>" package decoder: ChangeB64ToBin and
 // FM_ChangeB64ToBin.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstring>
 #include <string>
@@ -69,6 +70,19 @@ TEST_F(PackageTest, SelfFileNamesThatLeaveTheDirectoryAreRefused) {
   EXPECT_EQ(before, OutsideListing());
   EXPECT_FALSE(PathExists(dir_ + "/x.mid"));
   ExpectNothingRan();
+}
+
+TEST_F(PackageTest, SelfOutputNeverFollowsALinkPlantedInTheFolder) {
+  const std::string outside = image_.root() + "/outside";
+  MakeDirs(outside);
+  WriteFile(outside + "/victim", "KEEP");
+  for (const char* link : {"/song.mid.b64", "/song.mid", "/song.mid.bak"}) {
+    ASSERT_EQ(0, ::symlink((outside + "/victim").c_str(), (dir_ + link).c_str()));
+    WriteFile(package_, SelfPackage("song.mid", Base64("song")));
+    EXPECT_EQ("", Decode1()) << link;
+    EXPECT_EQ("KEEP", ReadFile(outside + "/victim")) << link;
+    ASSERT_EQ(0, ::unlink((dir_ + link).c_str()));
+  }
 }
 
 TEST_F(PackageTest, SelfDecodeFailureRestoresTheEarlierFile) {

@@ -1,5 +1,6 @@
 // The XML package decoder (Expat): FM_ChangeB64ToBin2.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstring>
 #include <string>
@@ -67,6 +68,30 @@ TEST_F(PackageTest, XmlFileNamesThatLeaveTheDirectoryAreRefused) {
   EXPECT_EQ(before, OutsideListing());
   EXPECT_FALSE(PathExists("/tmp/x.mid.b64"));
   ExpectNothingRan();
+}
+
+TEST_F(PackageTest, XmlOutputNeverFollowsALinkPlantedInTheFolder) {
+  const std::string outside = image_.root() + "/outside";
+  MakeDirs(outside);
+  WriteFile(outside + "/victim", "KEEP");
+  // A link in place of the ".b64" file, of the song file, of its ".bak",
+  // and a linked directory on the way.
+  const std::string links[][2] = {{"/song.mid.b64", "/victim"},
+                                  {"/song.mid", "/victim"},
+                                  {"/song.mid.bak", "/victim"},
+                                  {"/sub", ""}};
+  for (const auto& link : links) {
+    ASSERT_EQ(0, ::symlink((outside + link[1]).c_str(), (dir_ + link[0]).c_str()));
+    const std::string name = link[0] == std::string("/sub") ? "sub/song.mid" : "song.mid";
+    WriteFile(package_, XmlPackage(name, Base64("song")));
+    std::string printed;
+    EXPECT_EQ("", Decode2(nullptr, &printed)) << link[0];
+    EXPECT_NE(std::string::npos, printed.find("base64 error!")) << link[0];
+    EXPECT_EQ("KEEP", ReadFile(outside + "/victim")) << link[0];
+    EXPECT_FALSE(PathExists(outside + "/song.mid.b64")) << link[0];
+    EXPECT_FALSE(PathExists(outside + "/song.mid")) << link[0];
+    ASSERT_EQ(0, ::unlink((dir_ + link[0]).c_str()));
+  }
 }
 
 TEST_F(PackageTest, XmlDecodeFailureRestoresTheEarlierFile) {

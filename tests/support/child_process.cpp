@@ -5,11 +5,13 @@
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
+#include <string>
 
 namespace zansong_test {
 
@@ -68,6 +70,34 @@ bool MountTmpfsForThisProcess(const std::string& dir, const std::string& size) {
   const std::string options = "size=" + size + ",mode=0777";
   return EnterPrivateMountNamespace(nsFlags) &&
          mount("tmpfs", dir.c_str(), "tmpfs", 0, options.c_str()) == 0;
+}
+
+bool MountSmallFileSystemForThisProcess(const std::string& dir, size_t bytes) {
+  if (geteuid() != 0) return false;
+  const std::string options = "size=" + std::to_string(bytes);
+  return unshare(CLONE_NEWNS) == 0 &&
+         mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+         mount("tmpfs", dir.c_str(), "tmpfs", 0, options.c_str()) == 0;
+}
+
+bool FillFileSystemLeaving(const std::string& dir, size_t bytesFree) {
+  struct statvfs fs;
+  if (statvfs(dir.c_str(), &fs) != 0) return false;
+  const unsigned long long available =
+      static_cast<unsigned long long>(fs.f_bavail) * static_cast<unsigned long long>(fs.f_frsize);
+  if (available <= bytesFree) return true;
+  unsigned long long left = available - bytesFree;
+  const std::string filler = dir + "/filler.bin";
+  FILE* file = std::fopen(filler.c_str(), "wb");
+  if (file == nullptr) return false;
+  const std::string block(4096, 'f');
+  bool ok = true;
+  while (left > 0 && ok) {
+    const size_t n = left < block.size() ? static_cast<size_t>(left) : block.size();
+    ok = std::fwrite(block.data(), 1, n, file) == n;
+    left -= n;
+  }
+  return std::fclose(file) == 0 && ok;
 }
 
 bool OpenPathToOthers(const std::string& dir, const std::string& top) {

@@ -27,6 +27,12 @@
 //    as root, or else in a user namespace of its own, where an ordinary user
 //    may mount a tmpfs when the kernel allows such namespaces.  Returns true
 //    on success.
+//  - MountSmallFileSystemForThisProcess(dir, bytes) mounts an empty tmpfs
+//    of the given size on dir in a private mount namespace (root only), so
+//    that this process sees a nearly full device there once it fills it.
+//    Returns false when it cannot (not root, no namespaces).
+//  - FillFileSystemLeaving(dir, bytesFree) writes a filler file into dir
+//    until at most about bytesFree bytes are left free.  True on success.
 //
 // RunAsNobody(fn) is RunInChild with DropToNobody() first; a child that
 // cannot drop its privileges ends with kChildSetupFailed.  A child that
@@ -40,6 +46,7 @@
 #ifndef ZANSONG_TESTS_SUPPORT_CHILD_PROCESS_H_
 #define ZANSONG_TESTS_SUPPORT_CHILD_PROCESS_H_
 
+#include <cstddef>
 #include <functional>
 #include <string>
 
@@ -53,6 +60,8 @@ int RunAsNobody(const std::function<int()>& fn);
 bool DropToNobody();
 bool MakeDirReadOnlyForThisProcess(const std::string& dir);
 bool MountTmpfsForThisProcess(const std::string& dir, const std::string& size);
+bool MountSmallFileSystemForThisProcess(const std::string& dir, size_t bytes);
+bool FillFileSystemLeaving(const std::string& dir, size_t bytesFree);
 
 bool OpenPathToOthers(const std::string& dir, const std::string& top);
 

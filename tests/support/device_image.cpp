@@ -32,6 +32,18 @@ DeviceImage::DeviceImage() {
   FM_SetSystemRoot(root_.c_str());
 }
 
+DeviceImage::DeviceImage(const DeviceImage& original, bool) {
+  char pattern[] = "/tmp/zansong-test-XXXXXX";
+  char* made = mkdtemp(pattern);
+  if (made == nullptr ||
+      zansong::RunProgram({"cp", "-a", original.root_ + "/.", std::string(made)}) != 0) {
+    ADD_FAILURE() << "cannot copy the image " << original.root_;
+    std::abort();
+  }
+  root_ = made;
+  FM_SetSystemRoot(root_.c_str());
+}
+
 DeviceImage::~DeviceImage() {
   FM_SetSystemRoot("");
   // The tree may hold read-only directories made by a test; make them

@@ -18,6 +18,9 @@ namespace zansong_test {
 class DeviceImage {
  public:
   DeviceImage();
+  // A copy of the whole tree of another image (cp -a), with the system root
+  // pointed at the copy: quicker than laying out and filling a new one.
+  explicit DeviceImage(const DeviceImage& original, bool copyTree);
   ~DeviceImage();
   DeviceImage(const DeviceImage&) = delete;
   DeviceImage& operator=(const DeviceImage&) = delete;
