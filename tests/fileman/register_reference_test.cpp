@@ -72,14 +72,14 @@ std::string WithoutExtension(const std::string& name) {
   return dot == std::string::npos ? name : name.substr(0, dot);
 }
 
-// A song's title from its file name, and its album, with the library's path
-// rules (which also take "\\" and ":" as separators).
+// A song's title from its file name, and its album: both split at "/"
+// only, so that a backslash or a Shift-JIS byte 0x5C stays in the name.
 TSString TitleOfName(const std::string& path) {
-  return ChangeFileExtSX(ExtractFileNameSX(TSString(path.c_str())), "");
+  return WithoutExtension(path.substr(path.rfind('/') + 1)).c_str();
 }
-TSString AlbumOf(const std::string& root, const std::string& path) {
-  return ExtractFileDirSX(TSString((root + path).c_str()))
-      .SubString(static_cast<int>(root.size()) + 1);
+TSString AlbumOf(const std::string& path) {
+  const std::string::size_type slash = path.rfind('/');
+  return slash == std::string::npos ? TSString() : TSString(path.substr(0, slash).c_str());
 }
 
 std::vector<std::string> Entries(const std::string& dir) {
@@ -240,7 +240,7 @@ void ReferenceRegister(const std::string& root) {
     info.length = 0;
     if (f[2].find("SMF") == std::string::npos) {
       info.title = TitleOfName(f[1]);
-      info.albumPath = AlbumOf(root, f[1]);
+      info.albumPath = AlbumOf(f[1]);
       info.length = static_cast<int>(GetAudioTime((root + f[1]).c_str()));
     } else {
       TSongPara para;
@@ -260,7 +260,7 @@ void ReferenceRegister(const std::string& root) {
       } else if (!f[1].empty()) {
         info.length = std::max(info.length, static_cast<int>(GetAudioTime((root + f[1]).c_str())));
       }
-      info.albumPath = AlbumOf(root, f[0]);
+      info.albumPath = AlbumOf(f[0]);
     }
     int albumId = man.GetAlbumIDByPath(info.albumPath.c_str());
     std::string ctime = NowText();

@@ -1,14 +1,12 @@
 // zanfm's album, playlist, song and reorder commands run as a program on an
 // image, with the catalogue and the files checked afterwards.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-
-#include <cstdio>
 #include <string>
 
 #include "fileman/register_test_helpers.h"
 #include "support/catalogue_fixture.h"
 #include "support/device_image.h"
+#include "tools/zanfm/zanfm_run.h"
 
 namespace zansong_test {
 namespace {
@@ -27,22 +25,7 @@ class ZanfmOrganiseTest : public DeviceTest {
   }
 
   // Runs zanfm with args on the image; its exit status, output in out_.
-  int Zanfm(const std::string& args) {
-    char self[4096];
-    ssize_t n = readlink("/proc/self/exe", self, sizeof self - 1);
-    std::string dir(self, n > 0 ? static_cast<size_t>(n) : 0);
-    dir = dir.substr(0, dir.rfind('/'));  // build/tests
-    std::string program = dir.substr(0, dir.rfind('/')) + "/tools/zanfm";
-    std::string command = "'" + program + "' --root '" + image_.root() + "' " + args + " 2>&1";
-    out_.clear();
-    FILE* pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) return -1;
-    char buffer[4096];
-    size_t got;
-    while ((got = fread(buffer, 1, sizeof buffer, pipe)) > 0) out_.append(buffer, got);
-    int status = pclose(pipe);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  }
+  int Zanfm(const std::string& args) { return RunZanfm(image_, args, &out_); }
   bool Said(const std::string& text) const { return out_.find(text) != std::string::npos; }
 
   std::string Db() const { return root_ + ".zansong.db"; }
