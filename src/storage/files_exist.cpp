@@ -4,10 +4,12 @@
 
 #include <cstdio>
 #include <cstring>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "common/handles.h"
+#include "storage/subdirectory_names.h"
 #include "zansong/common/file_util.h"
 #include "zansong/common/path.h"
 #include "zansong/storage/files.h"
@@ -173,3 +175,29 @@ TSString ChangeNoDirAndSpaceName(const char* path) {
   name.Strip(" ");
   return ExtractFileNameSX(name);
 }
+
+namespace zansong {
+
+std::string UpperAsciiName(const std::string& name) {
+  std::string upper = name;
+  for (char& c : upper) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  }
+  return upper;
+}
+
+std::set<std::string> SubdirectoryNamesUpper(const std::string& parent) {
+  std::set<std::string> names;
+  std::string onDisk;
+  if (!ResolveDirectory(parent, &onDisk)) return names;
+  // Every directory holds these two, though the listing leaves them out.
+  names.insert(".");
+  names.insert("..");
+  zansong::DirectoryHandle(onDisk.c_str()).ForEachEntry([&](const dirent& entry) {
+    if (IsDirectoryEntry(onDisk, entry)) names.insert(UpperAsciiName(entry.d_name));
+    return true;
+  });
+  return names;
+}
+
+}  // namespace zansong
