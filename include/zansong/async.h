@@ -3,6 +3,7 @@
 #define ZANSONG_ASYNC_H_
 
 #include "zansong/async/cancel.h"
+#include "zansong/async/list_operations.h"
 #include "zansong/async/runner.h"
 #include "zansong/async/targets.h"
 

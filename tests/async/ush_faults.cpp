@@ -29,6 +29,7 @@ using zansong_test::Next;
 extern "C" {
 
 ush_st_io* ush_Exec_Fork(void) {
+  ++Faults().forks;
   if (Faults().fork_fails) return nullptr;
   return Next<ush_st_io* (*)()>("ush_Exec_Fork")();
 }

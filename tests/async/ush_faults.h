@@ -8,7 +8,8 @@
 //  - timer_fails: ush_Timer returns null;
 //  - timer_held: ush_Timer_Start records the interval and starts nothing,
 //    so that the timer never expires (a job that ends "within one period").
-// They also count what was asked: the intervals started, the signals sent.
+// They also count what was asked: the forks, the intervals started, the
+// signals sent.
 // UshFaultsScope resets everything on construction and destruction.
 #ifndef ZANSONG_TESTS_ASYNC_USH_FAULTS_H_
 #define ZANSONG_TESTS_ASYNC_USH_FAULTS_H_
@@ -22,6 +23,7 @@ struct UshFaults {
   bool fork_fails = false;
   bool timer_fails = false;
   bool timer_held = false;
+  int forks = 0;
   std::vector<int64_t> intervals;
   std::vector<int> signals;
 };
