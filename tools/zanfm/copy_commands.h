@@ -6,6 +6,19 @@
 //   copy-album ALBUM... [--folder FOLDER | --into ALBUM] [--usb NAME]
 //                                            copy albums as new albums of a
 //                                            category folder, or into one
+//   copy TARGET... [--to ALBUM | --keep] [--folder FOLDER] [--usb NAME]
+//   copy-album album:ID... [--folder FOLDER] [--usb NAME]
+//                                            several targets of mixed kinds
+//                                            (song:ID, album:ID,
+//                                            playlist:ID) in one request:
+//                                            the songs into ALBUM (or the
+//                                            keep folder), the albums as
+//                                            new albums of FOLDER, the
+//                                            playlists as new playlists,
+//                                            each kind through the library's
+//                                            list operation for it, in that
+//                                            order, stopping at the first
+//                                            failure
 // The copy shows its progress as one updating line; Ctrl-C cancels it.
 #ifndef ZANFM_COPY_COMMANDS_H_
 #define ZANFM_COPY_COMMANDS_H_
@@ -13,6 +26,8 @@
 #include <CLI/CLI.hpp>
 #include <string>
 #include <vector>
+
+#include "zansong/async/targets.h"
 
 namespace zanfm {
 
@@ -28,9 +43,12 @@ class CopyCommands {
   int Run(bool xml);
 
  private:
+  // A request naming the kinds of its targets.
+  int RunTargetList(bool xml, std::vector<TargetInfo> targets);
+
   CLI::App* copy_;
   CLI::App* copyAlbum_;
-  std::vector<int> ids_;
+  std::vector<std::string> words_;
   int to_ = 0;
   bool keep_ = false;
   std::string folder_;

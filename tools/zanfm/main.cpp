@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "zanfm/catalogue_view.h"
-#include "zanfm/download_command.h"
 #include "zanfm/copy_commands.h"
+#include "zanfm/download_command.h"
 #include "zanfm/host_paths.h"
 #include "zanfm/message_view.h"
 #include "zanfm/organise_commands.h"
@@ -198,7 +198,7 @@ int main(int argc, char** argv) {
       "demo",
       "lay out an image in DIR (default ./zanfm-demo), fill it with a sample library, register, "
       "list, change files and register again, then make a playlist, rename a song with its "
-      "files, delete an album, record a short performance and keep it");
+      "files, delete an album and a song in one request, record a short performance and keep it");
   demo->add_option("DIR", o.dir, "directory of the demo image");
   zanfm::DownloadCommands downloads(app);
   zanfm::CopyCommands copy(app);

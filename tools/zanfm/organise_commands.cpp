@@ -11,7 +11,9 @@
 #include "zanfm/catalogue_view.h"
 #include "zanfm/host_paths.h"
 #include "zanfm/message_view.h"
+#include "zanfm/target_words.h"
 #include "zansong/async/cancel.h"
+#include "zansong/async/list_operations.h"
 #include "zansong/db/dbman.h"
 #include "zansong/fileman/albums.h"
 #include "zansong/fileman/delete.h"
@@ -69,12 +71,7 @@ int RunOn(const Storage& s, bool raw, int label, int minusOneMessage,
 
 // Shows the "no data" message for an id the catalogue does not hold.
 int NoSuchId(bool raw, int label, const std::string& what, int id) {
-  std::cerr << "zanfm: no " << what << " #" << id << "\n";
-  RunShowingMessages(raw, [label] {
-    PrintErrorMessage(label, kResultNoData);
-    return 0;
-  });
-  return 1;
+  return NoSuchTarget(raw, label, what + " #" + std::to_string(id));
 }
 
 // The prefixes of ids in table; a missing id is reported through the
@@ -128,7 +125,7 @@ OrganiseCommands::OrganiseCommands(CLI::App& app, CLI::App* songs, std::string* 
   album_new_->add_option("--folder", folder_, "category folder, e.g. \"Recorded Songs\"");
   album_rename_ = album_cmd_->add_subcommand("rename", "give album ID a new title");
   album_delete_ = album_cmd_->add_subcommand("delete", "delete albums with their songs' files");
-  album_delete_->add_option("ID", ids_, "album ids")->required();
+  album_delete_->add_option("ID", words_, "album ids, or KIND:ID targets of any kind")->required();
 
   playlist_cmd_ = app.add_subcommand("playlist", "create, fill, copy, rename or delete playlists");
   playlist_cmd_->require_subcommand(1);
@@ -136,7 +133,9 @@ OrganiseCommands::OrganiseCommands(CLI::App& app, CLI::App* songs, std::string* 
   playlist_new_->add_option("TITLE", title_, "title (\"\" gives My Playlist)")->required();
   playlist_add_ = playlist_cmd_->add_subcommand("add", "add songs (or albums) to PLAYLIST");
   playlist_add_->add_option("PLAYLIST", target_, "playlist id")->required();
-  playlist_add_->add_option("SONG", ids_, "song ids (album ids with --album)")->required();
+  playlist_add_
+      ->add_option("SONG", words_, "song ids (album ids with --album), or song:ID and album:ID")
+      ->required();
   playlist_add_->add_flag("--album", byAlbum_, "the ids are albums: add all their songs");
   playlist_copy_ = playlist_cmd_->add_subcommand(
       "copy", "copy the songs of playlists into one (a new one titled like the first)");
@@ -146,7 +145,8 @@ OrganiseCommands::OrganiseCommands(CLI::App& app, CLI::App* songs, std::string* 
   playlist_remove_->add_option("ENTRY", ids_, "entry ids (see songs --playlist)")->required();
   playlist_rename_ = playlist_cmd_->add_subcommand("rename", "give playlist ID a new title");
   playlist_delete_ = playlist_cmd_->add_subcommand("delete", "delete playlists");
-  playlist_delete_->add_option("ID", ids_, "playlist ids")->required();
+  playlist_delete_->add_option("ID", words_, "playlist ids, or KIND:ID targets of any kind")
+      ->required();
   for (CLI::App* rename : {album_rename_, playlist_rename_}) {
     rename->add_option("ID", id_, "id")->required();
     rename->add_option("TITLE", title_, "new title")->required();
@@ -163,7 +163,7 @@ OrganiseCommands::OrganiseCommands(CLI::App& app, CLI::App* songs, std::string* 
   song_rename_->add_option("TITLE", title_, "new title")->required();
   song_rename_->add_flag("--files", files_, "rename the song's files after the title too");
   song_delete_ = song_cmd_->add_subcommand("delete", "delete songs with their files");
-  song_delete_->add_option("ID", ids_, "song ids")->required();
+  song_delete_->add_option("ID", words_, "song ids, or KIND:ID targets of any kind")->required();
   song_move_ = song_cmd_->add_subcommand("move", "move songs of one album to POSITION");
   song_move_->add_option("ID", ids_, "song ids, in their new order")->required();
   song_move_->add_option("--to", position_, "new position of the first (from 1)")->required();
@@ -188,6 +188,28 @@ int OrganiseCommands::Run(bool raw) {
   if (::access(s.root.c_str(), F_OK) != 0) {
     std::cerr << "zanfm: no storage at " << s.root << "\n";
     return 1;
+  }
+  if (*album_delete_ || *song_delete_ || *playlist_delete_ || *playlist_add_) {
+    // Targets that name their kinds make one request over all of them;
+    // bare ids are of the command's own kind.
+    const bool adding = playlist_add_->parsed();
+    const int bareType = *album_delete_ || (adding && byAlbum_) ? kTargetAlbum
+                         : *playlist_delete_                    ? kTargetPlaylist
+                                                                : kTargetSong;
+    std::vector<TargetInfo> targets;
+    bool typed = false;
+    std::string bad;
+    const bool parsed =
+        adding ? ParseTargets(words_, bareType, {kTargetSong, kTargetAlbum}, &targets, &typed, &bad)
+               : ParseTargets(words_, bareType,
+                              {kTargetSong, kTargetAlbum, kTargetPlaylistSong, kTargetPlaylist},
+                              &targets, &typed, &bad);
+    if (!parsed) {
+      return NoSuchTarget(raw, adding ? kLabelPlaylist : kLabelDelete,
+                          (adding ? "target to add: " : "target to delete: ") + bad);
+    }
+    if (typed) return RunTargetList(raw, targets);
+    for (const TargetInfo& t : targets) ids_.push_back(t.id);
   }
   if (*album_cmd_) return RunAlbum(raw);
   if (*playlist_cmd_) return RunPlaylist(raw);
@@ -289,6 +311,27 @@ int OrganiseCommands::RunPlaylist(bool raw) {
   });
   if (result == kResultOk) std::cout << "Added to playlist #" << target_ << "\n";
   return ExitStatus(result);
+}
+
+int OrganiseCommands::RunTargetList(bool raw, std::vector<TargetInfo> targets) {
+  const Storage s = StorageOf(*usb_);
+  const bool adding = playlist_add_->parsed();
+  const int label = adding ? kLabelPlaylist : kLabelDelete;
+  if (adding && PrefixOf(s.db, "playlist", target_).empty()) {
+    return NoSuchId(raw, label, "playlist", target_);
+  }
+  std::string missing;
+  if (!LookUpTargets(s.db, &targets, &missing)) return NoSuchTarget(raw, label, missing);
+  const std::string prefix = s.playlistPrefix();
+  int status = RunTargetRequest(raw, *usb_, label, [&](const std::string& root) {
+    return adding ? FH2_add_to_playlist(root.c_str(), targets, target_, prefix.c_str())
+                  : FH2_delete(root.c_str(), targets);
+  });
+  if (status == 0) {
+    std::cout << (adding ? "Added " : "Deleted ") << targets.size() << " target(s)"
+              << (adding ? " to playlist #" + std::to_string(target_) : "") << "\n";
+  }
+  return status;
 }
 
 int OrganiseCommands::RunSong(bool raw) {

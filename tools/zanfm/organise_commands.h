@@ -10,6 +10,13 @@
 //   song rename ID TITLE [--files] | delete ID... | move ID... --to POSITION
 //   reorder [--album ID]
 //
+// The delete commands and playlist add also take targets that name their
+// kind, KIND:ID (song, album, psong, playlist; song and album for playlist
+// add), beside bare ids of the command's own kind: such a request runs over
+// all its targets in one child process of the library (FH2_delete,
+// FH2_add_to_playlist), its progress shown as one updating line; Ctrl-C
+// cancels it, and the cancel is reported.
+//
 // Every command takes --usb NAME for a stick, whose catalogue is worked on
 // between usbdb_copy and usbdb_backup.  Ids are checked against the
 // catalogue first, as the file manager offers only what it lists.  A
@@ -21,6 +28,8 @@
 #include <CLI/CLI.hpp>
 #include <string>
 #include <vector>
+
+#include "zansong/async/targets.h"
 
 namespace zanfm {
 
@@ -41,12 +50,15 @@ class OrganiseCommands {
   int RunPlaylist(bool raw);
   int RunSong(bool raw);
   int RunReorder(bool raw);
+  // A delete or playlist add whose targets name their kinds.
+  int RunTargetList(bool raw, std::vector<TargetInfo> targets);
   int ListPlaylists();
   int ListPlaylistSongs();
 
   std::string* usb_;
   std::string title_, folder_;
   std::vector<int> ids_;
+  std::vector<std::string> words_;
   int id_ = 0, target_ = 0, position_ = 0, album_ = 0, playlist_ = 0;
   bool byAlbum_ = false, files_ = false, json_ = false;
   CLI::App* songs_;

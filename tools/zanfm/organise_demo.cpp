@@ -7,7 +7,7 @@
 
 #include "zanfm/catalogue_view.h"
 #include "zanfm/message_view.h"
-#include "zansong/fileman/delete.h"
+#include "zansong/async/list_operations.h"
 #include "zansong/fileman/messages.h"
 #include "zansong/fileman/playlists.h"
 #include "zansong/fileman/rename.h"
@@ -32,6 +32,15 @@ const SongRow* SongByPath(const std::vector<SongRow>& songs, const std::string& 
     if (s.path == path) return &s;
   }
   return nullptr;
+}
+
+// A target of the catalogue of the internal storage (prefix "s").
+TargetInfo Target(int type, int id) {
+  TargetInfo target{};
+  target.type = type;
+  target.pfix = 's';
+  target.id = id;
+  return target;
 }
 
 bool Failed(const std::string& step, int result) {
@@ -75,11 +84,18 @@ bool DemoOrganising(const std::string& root, bool raw) {
     if (s.id == jazzId) std::cout << "   #" << s.id << " " << s.title << ": " << s.path << "\n";
   }
 
-  std::cout << "\n== Deleting the album \"Holiday Favourites\" with its files\n";
-  std::list<int> holiday{AlbumIdByTitle(db, "Holiday Favourites")};
-  int deleted =
-      RunShowingMessages(raw, [&] { return FH_delete_album(root.c_str(), holiday, "s"); });
-  if (deleted != 0) return Failed("FH_delete_album", deleted);
+  std::cout << "\n== Deleting the album \"Holiday Favourites\" and the song \"Loose Song\" "
+               "in one request\n";
+  const SongRow* loose = SongByPath(songs, "Loose Song.mid");
+  const int holiday = AlbumIdByTitle(db, "Holiday Favourites");
+  if (loose == nullptr || holiday == 0) return Failed("finding the songs to delete", 0);
+  std::vector<TargetInfo> targets = {Target(kTargetAlbum, holiday), Target(kTargetSong, loose->id)};
+  int deleted = RunShowingMessages(raw, [&] { return FH2_delete(root.c_str(), targets); });
+  if (deleted != 0) return Failed("FH2_delete", deleted);
+  songs.clear();
+  ReadSongs(db, 0, &songs);
+  std::cout << "   \"Loose Song.mid\" "
+            << (SongByPath(songs, "Loose Song.mid") == nullptr ? "deleted" : "still there") << "\n";
   std::vector<AlbumRow> left;
   ReadAlbums(db, &left);
   std::cout << AlbumTable(left);

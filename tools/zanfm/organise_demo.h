@@ -1,6 +1,6 @@
 // The demo's organising steps on a registered sample library: a playlist
-// made and filled, a song renamed together with its files, an album
-// deleted; each shown with the catalogue afterwards.
+// made and filled, a song renamed together with its files, an album and a
+// song deleted in one request; each shown with the catalogue afterwards.
 #ifndef ZANFM_ORGANISE_DEMO_H_
 #define ZANFM_ORGANISE_DEMO_H_
 
