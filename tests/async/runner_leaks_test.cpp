@@ -27,17 +27,28 @@ using zansong_test::Faults;
 using zansong_test::HasChildProcesses;
 using zansong_test::OpenDescriptorCount;
 
-class RunnerLeaksTest : public ::testing::Test {
- protected:
-  void SetUp() override {
+// The descriptors and children of this process, counted before a test and
+// compared after it.
+class Census {
+ public:
+  void Take() {
     ASSERT_FALSE(HasChildProcesses());
     fds_before_ = OpenDescriptorCount();
   }
-  void TearDown() override {
+  void Compare() const {
     EXPECT_EQ(OpenDescriptorCount(), fds_before_);
     EXPECT_FALSE(HasChildProcesses());
     ClearCancelFlag();
   }
+
+ private:
+  int fds_before_ = 0;
+};
+
+class RunnerLeaksTest : public ::testing::Test {
+ protected:
+  void SetUp() override { census_.Take(); }
+  void TearDown() override { census_.Compare(); }
 
   int Run(int n, std::function<int(ush_st_io*)> work, std::function<void(int)> progress = {}) {
     std::vector<TargetInfo> targets(n, TargetInfo{});
@@ -45,7 +56,7 @@ class RunnerLeaksTest : public ::testing::Test {
   }
 
   zansong_test::UshFaultsScope faults_;
-  int fds_before_ = 0;
+  Census census_;
 };
 
 int WorkThatReports(ush_st_io* channel) {
@@ -92,18 +103,13 @@ class ListLeaksTest : public zansong_test::OrganiseTest {
     AddAlbum(2, "B");
     for (int id = 1; id <= 3; ++id) AddSong(id, 1, "A/" + std::to_string(id) + ".mid");
     AddPlaylist(5, "Mine");
-    ASSERT_FALSE(HasChildProcesses());
-    fds_before_ = OpenDescriptorCount();
+    census_.Take();
   }
-  void TearDown() override {
-    EXPECT_EQ(OpenDescriptorCount(), fds_before_);
-    EXPECT_FALSE(HasChildProcesses());
-    ClearCancelFlag();
-  }
+  void TearDown() override { census_.Compare(); }
 
   zansong_test::StdoutCapture quiet_;
   zansong_test::UshFaultsScope faults_;
-  int fds_before_ = 0;
+  Census census_;
 };
 
 using zansong_test::Target;
