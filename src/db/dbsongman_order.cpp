@@ -90,10 +90,7 @@ int Renumber(TDBSongMan& man, const char* table, const std::vector<int>& keys,
   for (int key : keys) {
     ++order;
     if (current != nullptr && current->Holds(key, order)) continue;
-    if (batch != nullptr) batch->BeforeWrite();
-    int ok = man.SetOrder(table, key, order);
-    if (batch != nullptr) batch->AfterWrite();
-    if (!ok) return 0;
+    if (!BatchedWrite(batch, [&] { return man.SetOrder(table, key, order); })) return 0;
   }
   return 1;
 }
@@ -271,20 +268,18 @@ int ChangeOrder(TDBSongMan& man, std::list<int>& ids, int id, char const* prefix
                      : FormatSql("UPDATE album SET disp_order = disp_order + %d WHERE disp_order "
                                  "> %d and pfix = '%q'",
                                  n, pos - 1, TextOrEmpty(prefix)));
-  if (batch != nullptr) batch->BeforeWrite();
-  int shifted = man.Query(shift.get());
-  if (batch != nullptr) batch->AfterWrite();
+  const bool shifted = BatchedWrite(batch, [&] { return man.Query(shift.get()); });
   const char* table = SequenceTable(id, prefix);
   int order = pos;
   // A failed single move leaves that row where the shift put it; the
-  // following ReOrder still yields a sound sequence.
+  // following ReOrder still yields a sound sequence, but the change is
+  // reported as failed.
+  bool moved = true;
   for (int key : ids) {
-    if (batch != nullptr) batch->BeforeWrite();
-    man.SetOrder(table, key, order++);
-    if (batch != nullptr) batch->AfterWrite();
+    if (!BatchedWrite(batch, [&] { return man.SetOrder(table, key, order++); })) moved = false;
   }
-  if (!shifted) PrintFunctionError("ChangeOrder");
-  return shifted;
+  if (!shifted || !moved) PrintFunctionError("ChangeOrder");
+  return shifted && moved ? 1 : 0;
 }
 
 int ReOrder(TDBSongMan& man, int id, char const* prefix, WriteBatch* batch) {

@@ -29,6 +29,11 @@
 // that made SQLite roll the transaction back there is nothing left to
 // commit; the caller learns of that failure from the write itself.
 //
+// BatchedWrite(batch, write) runs write(), one statement that returns
+// non-zero on success, inside batch (on its own when batch is null), and
+// returns true when the statement succeeded and no commit made after it
+// failed: the one check of a write in a run.
+//
 // A WriteBatch refers to the manager's connection and must not outlive it.
 // Single-threaded, as the manager is.
 #ifndef ZANSONG_SRC_DB_WRITE_BATCH_H_
@@ -69,6 +74,13 @@ class WriteBatch {
   std::chrono::steady_clock::time_point began_;
   bool failed_ = false;
 };
+
+template <typename WriteFn>
+bool BatchedWrite(WriteBatch* batch, WriteFn write) {
+  if (batch != nullptr) batch->BeforeWrite();
+  const bool wrote = write() != 0;
+  return (batch == nullptr || batch->AfterWrite()) && wrote;
+}
 
 }  // namespace zansong
 

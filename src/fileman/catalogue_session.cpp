@@ -2,6 +2,8 @@
 // every exit.
 #include "fileman/catalogue_session.h"
 
+#include <sqlite3.h>
+
 #include <cstdio>
 
 namespace zansong {
@@ -37,6 +39,10 @@ WriteBatch& CatalogueSession::batch() {
 bool CatalogueSession::Commit() {
   if (batch_) batch_->Commit();
   return !writeFailed();
+}
+
+long long CatalogueSession::TotalChanges() const {
+  return man_.db != nullptr ? sqlite3_total_changes(man_.db) : 0;
 }
 
 bool CatalogueSession::Close() {

@@ -35,8 +35,22 @@
 // ends with Close() and returns its failure result when Close() is false,
 // rather than leaving the last commit to the destructor:
 //
-//     if (!session.Close()) return kResultDbFail;
-//     return kResultOk;
+//     return session.Finish(kResultOk, kResultDbFail);
+//
+// The writes of an operation go through Write() and Insert(), which run one
+// statement inside the batch and tell whether it, and the commit the batch
+// may make after it, succeeded; the operation stops at the first false and
+// returns its failure code:
+//
+//   Write(write)    write() runs one statement and returns whether it
+//                   succeeded (the manager's updates and deletes return 1
+//                   or 0).  True when it did and no commit failed.
+//   Insert(insert)  insert() adds one row and returns its key (the
+//                   manager's inserts return the key even when the insert
+//                   failed).  The key when the row was written and no
+//                   commit failed, else 0.
+//   Finish(result, failureCode)  Close(); result, or failureCode when a
+//                   commit failed.
 //
 // A session is neither copied nor moved; it lives on the stack of the
 // operation.
@@ -75,7 +89,26 @@ class CatalogueSession {
   // True once a commit of the batch has failed.
   bool writeFailed() const { return batch_ && batch_->failed(); }
 
+  template <typename WriteFn>
+  bool Write(WriteFn write) {
+    return BatchedWrite(&batch(), write);
+  }
+  template <typename InsertFn>
+  int Insert(InsertFn insert) {
+    int key = 0;
+    const bool wrote = Write([&] {
+      const long long changesBefore = TotalChanges();
+      key = insert();
+      return TotalChanges() != changesBefore;
+    });
+    return wrote ? key : 0;
+  }
+  int Finish(int result, int failureCode) { return Close() ? result : failureCode; }
+
  private:
+  // Rows changed by the connection's statements so far.
+  long long TotalChanges() const;
+
   TDBSongMan man_;
   std::optional<WriteBatch> batch_;  // declared after man_: it refers to it
   Step failed_ = Step::kNone;

@@ -84,7 +84,9 @@ class SongCopy {
   // One song; kResultOk or the code that ends the list.  The song's row
   // may wait for the end of its round.
   int CopyOne(int songId);
-  // Writes the rows of the round; kResultOk or kResultCannotExecute.
+  // Writes the rows of the round; kResultOk, or kResultCannotExecute when a
+  // row or its commit failed: the copies whose rows are not in the
+  // catalogue are then deleted again.
   int WriteRound();
 
  private:
@@ -98,6 +100,8 @@ class SongCopy {
 
   int CheckLimits();
   int AddRow(SongInfo* info, TSString* ctime);
+  // Deletes the files of row when the catalogue holds no row for them.
+  void RemoveUncatalogued(const SongInfo& row);
   int PlaceFiles(const TSString& srcMidi, const TSString& srcAudio, const TSString& dstMidi,
                  const TSString& dstAudio);
 
@@ -125,18 +129,32 @@ int SongCopy::CheckLimits() {
 }
 
 int SongCopy::AddRow(SongInfo* info, TSString* ctime) {
-  return man_.AddSong(info, *ctime, prefix_.c_str()) < 1 ? kResultCannotExecute : kResultOk;
+  const int id = session_.Insert([&] { return man_.AddSong(info, *ctime, prefix_.c_str()); });
+  return id < 1 ? kResultCannotExecute : kResultOk;
+}
+
+void SongCopy::RemoveUncatalogued(const SongInfo& row) {
+  const bool hasMidi = row.midiPath.Length() != 0;
+  const int id =
+      hasMidi ? man_.GetSongIDByFieldname("midi_path", row.midiPath.c_str(), prefix_.c_str())
+              : man_.GetSongIDByFieldname("audio_path", row.audioPath.c_str(), prefix_.c_str());
+  if (id > 0) return;
+  if (hasMidi) DeleteFile(FullPath(root_, row.midiPath).c_str());
+  if (row.audioPath.Length() != 0) DeleteFile(FullPath(root_, row.audioPath).c_str());
 }
 
 int SongCopy::WriteRound() {
   int result = kResultOk;
   for (PendingRow& row : round_) {
-    session_.batch().BeforeWrite();
     result = AddRow(&row.info, &row.ctime);
-    session_.batch().AfterWrite();
     if (result != kResultOk) break;
   }
-  session_.Commit();
+  if (!session_.Commit()) result = kResultCannotExecute;
+  // A failed write or commit may have taken rows of the round with it: no
+  // copy stays that the catalogue does not know.
+  if (result != kResultOk) {
+    for (const PendingRow& row : round_) RemoveUncatalogued(row.info);
+  }
   round_.clear();
   return result;
 }
@@ -194,11 +212,17 @@ int SongCopy::CopyOne(int songId) {
   }
 
   int added = AddRow(&info, &ctime);
-  if (added != kResultOk) return added;
+  if (added == kResultOk) added = session_.Commit() ? kResultOk : kResultCannotExecute;
+  if (added != kResultOk) {
+    // The old row still names the files: they go back to it.
+    MoveFiles(FullPath(root_, newMidi), FullPath(root_, newAudio), srcMidi, srcAudio);
+    return added;
+  }
   const std::string id = std::to_string(songId);
-  man_.DeleteData("song", "song_id", id.c_str());
-  man_.DeleteData("psong", "song_id", id.c_str());
-  return kResultOk;
+  const bool oldRowGone = session_.Write([&] {
+    return man_.DeleteData("song", "song_id", id.c_str());
+  }) && session_.Write([&] { return man_.DeleteData("psong", "song_id", id.c_str()); });
+  return oldRowGone ? kResultOk : kResultCannotExecute;
 }
 
 }  // namespace
@@ -222,11 +246,11 @@ int FH_copy_song_usb(const char* root, std::list<int>& songIds, int albumId) {
     int result = copy.CopyOne(songId);
     if (result != kResultOk) {
       // The songs copied before the stop keep their rows.
-      copy.WriteRound();
-      return result;
+      const int written = copy.WriteRound();
+      return written != kResultOk ? written : result;
     }
   }
-  return copy.WriteRound();
+  return session.Finish(copy.WriteRound(), kResultCannotExecute);
 }
 
 int FH_copy_ulq_song(const char*, const char*, const char*, const char*, int, int) { return 0; }

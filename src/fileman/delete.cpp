@@ -17,7 +17,6 @@
 #include "zansong/storage/files.h"
 
 using zansong::CatalogueSession;
-using zansong::WriteBatch;
 
 namespace {
 
@@ -61,14 +60,6 @@ bool DeleteSongFiles(const std::string& root, const SongInfo& info, const char* 
          !(!audio.empty() && StillPresent(root + audio));
 }
 
-// Runs one row deletion inside the batch.
-template <typename Write>
-void Batched(WriteBatch& batch, Write write) {
-  batch.BeforeWrite();
-  write();
-  batch.AfterWrite();
-}
-
 // Empties or removes the directory of album id; the album result code.
 int RemoveAlbumFiles(TDBSongMan& man, const std::string& root, int id, const char* prefix,
                      bool* keepAlbumRow) {
@@ -91,6 +82,23 @@ int RemoveAlbumFiles(TDBSongMan& man, const std::string& root, int id, const cha
   return kResultRepairFailed;
 }
 
+// Deletes the rows of album or playlist id; false at the first write that
+// failed.
+bool DeleteRows(CatalogueSession& session, int id, const char* pfix, bool playlist,
+                bool keepAlbumRow) {
+  TDBSongMan& man = session.man();
+  const std::string key = std::to_string(id);
+  if (playlist) {
+    return session.Write([&] { return man.DeleteData("psong", "playlist_id", key.c_str()); }) &&
+           session.Write([&] { return man.DeleteData("playlist", "playlist_id", key.c_str()); });
+  }
+  const bool songsGone = session.Write([&] {
+    return man.DeletePsongByAlbum(id, pfix);
+  }) && session.Write([&] { return man.DeleteData("song", "album_id", key.c_str()); });
+  if (!songsGone || keepAlbumRow) return songsGone;
+  return session.Write([&] { return man.DeleteData("album", "album_id", key.c_str()); });
+}
+
 }  // namespace
 
 int FH_delete_song(const char* root, std::list<int>& songIds, const char* prefix) {
@@ -106,11 +114,13 @@ int FH_delete_song(const char* root, std::list<int>& songIds, const char* prefix
     // call's result; its rows stay.
     if (!DeleteSongFiles(rootText, info, pfix)) return kResultDeleteError;
     const std::string key = std::to_string(id);
-    Batched(session.batch(), [&] { man.DeleteData("song", "song_id", key.c_str()); });
-    Batched(session.batch(),
-            [&] { man.DeleteData2("psong", "song_id", key.c_str(), "pfix", pfix); });
+    const bool deleted =
+        session.Write([&] { return man.DeleteData("song", "song_id", key.c_str()); }) &&
+        session.Write(
+            [&] { return man.DeleteData2("psong", "song_id", key.c_str(), "pfix", pfix); });
+    if (!deleted) return kResultDbFail;
   }
-  return kResultOk;
+  return session.Finish(kResultOk, kResultDbFail);
 }
 
 int FH_delete_album(const char* root, std::list<int>& ids, const char* prefix) {
@@ -128,21 +138,9 @@ int FH_delete_album(const char* root, std::list<int>& ids, const char* prefix) {
     int code = playlists ? kResultOk : RemoveAlbumFiles(man, rootText, id, pfix, &keepAlbumRow);
     if (code != kResultOk && code != kResultRepairFailed) return code;
     PrintRemoconMessage(kMsgDeleting, kButtonNone);
-    const std::string key = std::to_string(id);
-    WriteBatch& batch = session.batch();
-    if (keepAlbumRow) {
-      Batched(batch, [&] { man.DeletePsongByAlbum(id, pfix); });
-      Batched(batch, [&] { man.DeleteData("song", "album_id", key.c_str()); });
-    } else if (playlists) {
-      Batched(batch, [&] { man.DeleteData("psong", "playlist_id", key.c_str()); });
-      Batched(batch, [&] { man.DeleteData("playlist", "playlist_id", key.c_str()); });
-    } else {
-      Batched(batch, [&] { man.DeletePsongByAlbum(id, pfix); });
-      Batched(batch, [&] { man.DeleteData("song", "album_id", key.c_str()); });
-      Batched(batch, [&] { man.DeleteData("album", "album_id", key.c_str()); });
-    }
+    if (!DeleteRows(session, id, pfix, playlists, keepAlbumRow)) return kResultDbFail;
     // The lock is not held while the next album's files are deleted.
-    session.Commit();
+    if (!session.Commit()) return kResultDbFail;
     if (code == kResultRepairFailed) return code;
   }
   return kResultOk;

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "common/process.h"
+#include "db/usb_catalogue.h"
 #include "fileman/catalogue_session.h"
 #include "fileman/download_record.h"
 #include "fileman/now_text.h"
@@ -113,8 +114,8 @@ TSString SingleSongCover(const SongFiles& f) {
 // One call of FM_Copy_UlqSong on an open catalogue.
 class Filing {
  public:
-  Filing(const TSString& root, const DownloadTexts& r, TDBSongMan& man)
-      : root_(root), r_(r), man_(man) {}
+  Filing(const TSString& root, const DownloadTexts& r, zansong::CatalogueSession& session)
+      : root_(root), r_(r), session_(session), man_(session.man()) {}
 
   // Finds or makes the album, brings its texts up to date and sets its
   // purchase date.
@@ -140,6 +141,7 @@ class Filing {
 
   const TSString root_;
   const DownloadTexts& r_;
+  zansong::CatalogueSession& session_;
   TDBSongMan& man_;
   TSString albumPath_;
   int albumId_ = 0;
@@ -167,8 +169,9 @@ int Filing::CreateAlbum(const TSString& title, const char* coverError) {
 int Filing::PrepareAlbum() {
   int result = FindAlbum();
   if (result != kResultOk) return result;
-  if (r_.purchaseDate.Length() > 0) {
-    man_.SetTextByID("album", "purchased_date", albumId_, r_.purchaseDate.c_str());
+  if (r_.purchaseDate.Length() > 0 &&
+      !man_.SetTextByID("album", "purchased_date", albumId_, r_.purchaseDate.c_str())) {
+    return kResultCannotExecute;
   }
   return kResultOk;
 }
@@ -189,16 +192,20 @@ int Filing::FindAlbum() {
     if (made != kResultOk) return made;
   } else {
     if (!EnsureDirectory()) return kResultWriteProtected;
-    if (r_.coverSource.Length() > 0 && MoveCover(albumPath_ + kCoverName, "error2!")) {
-      man_.SetTextByID("album", "coverart_path", albumId_, (albumPath_ + kCoverName).c_str());
+    if (r_.coverSource.Length() > 0 && MoveCover(albumPath_ + kCoverName, "error2!") &&
+        !man_.SetTextByID("album", "coverart_path", albumId_, (albumPath_ + kCoverName).c_str())) {
+      return kResultCannotExecute;
     }
-    if (titled) man_.SetTextByID("album", "album_title", albumId_, r_.albumTitle.c_str());
+    if (titled && !man_.SetTextByID("album", "album_title", albumId_, r_.albumTitle.c_str())) {
+      return kResultCannotExecute;
+    }
   }
-  if (titled)
-    CreateAlbumTitleFile((root_ + albumPath_ + kTitleFileName).c_str(), r_.albumTitle.c_str());
+  if (titled &&
+      !CreateAlbumTitleFile((root_ + albumPath_ + kTitleFileName).c_str(), r_.albumTitle.c_str())) {
+    return kResultWriteProtected;
+  }
   std::list<int> ids{albumId_};
-  man_.ChangeOrder(ids, 0, kPrefix, 1);
-  return kResultOk;
+  return man_.ChangeOrder(ids, 0, kPrefix, 1) ? kResultOk : kResultCannotExecute;
 }
 
 int Filing::CopyFiles(const SongFiles& f) {
@@ -275,13 +282,12 @@ int Filing::WriteRow(const SongFiles& f, SongInfo* info) {
   if (id != 0) {
     if (!man_.SetSongData(id, info, now)) return kResultCannotExecute;
   } else {
-    id = man_.AddSong(info, now, kPrefix);
-    // AddSong hands out the new key even when the insert failed.
-    if (id <= 0 || man_.GetIntByID("song", "song_id", id) != id) return kResultCannotExecute;
+    id = session_.Insert([&] { return man_.AddSong(info, now, kPrefix); });
+    if (id <= 0) return kResultCannotExecute;
   }
   std::list<int> ids{id};
-  man_.ChangeOrder(ids, albumId_, kPrefix, 1);
-  return kResultOk;
+  if (!man_.ChangeOrder(ids, albumId_, kPrefix, 1)) return kResultCannotExecute;
+  return session_.Finish(kResultOk, kResultCannotExecute);
 }
 
 int Filing::FileSong() {
@@ -321,14 +327,15 @@ int CopyUlqSong(const char* dir, const DownloadRecord* rec) {
     if (!session.ok()) {
       result = kResultDbFail;
     } else {
-      Filing filing(root, texts, session.man());
+      Filing filing(root, texts, session);
       result = filing.PrepareAlbum();
       // A refused new album changed nothing: the stick keeps its catalogue.
       if (result == kResultAlbumLimit) return result;
       if (result == kResultOk) result = filing.FileSong();
     }
   }
-  usbdb_backup(root);
+  // A stick that keeps its old catalogue does not hold the song.
+  if (!zansong::BackupUsbCatalogue(root.c_str()) && result == kResultOk) return kResultDbFail;
   return result;
 }
 

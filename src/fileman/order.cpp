@@ -27,14 +27,17 @@ int FH_sort(const char* root, std::list<int>& ids, const char* prefix, int posit
     zansong::ReOrder(man, container, prefix, &batch);
     return kResultRepairFailed;
   }
+  // A move that cannot be written is an order change that failed.
   if (!zansong::ChangeOrder(man, ids, container, prefix, position, &batch)) return kResultNoFile;
-  zansong::ReOrder(man, container, prefix, &batch);
-  return kResultOk;
+  if (!zansong::ReOrder(man, container, prefix, &batch)) return kResultNoFile;
+  return session.Finish(kResultOk, kResultNoFile);
 }
 
 int FH_reorder(const char* root, int containerId, const char* prefix) {
   CatalogueSession session(root);
   if (!session.ok()) return kResultRenameDbFail;
-  zansong::ReOrder(session.man(), containerId, prefix, &session.batch());
-  return kResultOk;
+  if (!zansong::ReOrder(session.man(), containerId, prefix, &session.batch())) {
+    return kResultRenameDbFail;
+  }
+  return session.Finish(kResultOk, kResultRenameDbFail);
 }

@@ -1,6 +1,4 @@
 // Playlists: creating, copying, filling and removing entries.
-#include <sqlite3.h>
-
 #include <list>
 #include <string>
 
@@ -33,10 +31,8 @@ bool PlaylistsFull(TDBSongMan& man, const char* prefix) {
 }
 
 // Creates the playlist row; its id, or 0 when the row was not written.
-int CreatePlaylistRow(TDBSongMan& man, const char* title, const char* prefix) {
-  int changesBefore = sqlite3_total_changes(man.db);
-  int id = man.CreatePlaylist(title, prefix);
-  return sqlite3_total_changes(man.db) != changesBefore ? id : 0;
+int CreatePlaylistRow(CatalogueSession& session, const char* title, const char* prefix) {
+  return session.Insert([&] { return session.man().CreatePlaylist(title, prefix); });
 }
 
 }  // namespace
@@ -52,8 +48,8 @@ int FM_Create_New_Playlist(const char* root, const char* title) {
   const std::string suffix = zansong::UniqueTitleSuffix([&](const std::string& s) {
     return man.GetIDByTitle("playlist", (wanted + s).c_str(), prefix) == 0;
   });
-  int id = CreatePlaylistRow(man, (wanted + suffix).c_str(), prefix);
-  return id != 0 ? id : kResultCannotExecute;
+  int id = CreatePlaylistRow(session, (wanted + suffix).c_str(), prefix);
+  return session.Finish(id != 0 ? id : kResultCannotExecute, kResultCannotExecute);
 }
 
 int FH_Copy_Playlist(const char* root, std::list<int>& playlistIds, const char* srcPrefix,
@@ -77,14 +73,16 @@ int FH_Copy_Playlist(const char* root, std::list<int>& playlistIds, const char* 
     TDBSongMan& man = dest.man();
     if (destId == 0) {
       if (PlaylistsFull(man, destPrefix)) return kResultPlaylistLimit;
-      destId = man.CreatePlaylist(title.c_str(), destPrefix);
+      destId = CreatePlaylistRow(dest, title.c_str(), destPrefix);
+      if (destId == 0) return kResultCannotExecute;
     }
     auto songPrefix = songPrefixes.begin();
     for (int songId : songIds) {
-      int rc =
-          AddPlaylistEntry(man, dest.batch(), destId, songId, destPrefix, (songPrefix++)->c_str());
+      int rc = AddPlaylistEntry(dest, destId, songId, destPrefix, (songPrefix++)->c_str());
       if (rc != kResultOk) return rc;
     }
+    // The entries of the last round of the batch are only written here.
+    if (!dest.Close()) return kResultCannotExecute;
   }
   return kResultOk;
 }
@@ -107,10 +105,10 @@ int FH_Add_To_Playlist(const char* root, std::list<int>& ids, const char* srcPre
     CatalogueSession dest(destRoot.c_str());
     if (!dest.ok()) return kResultDbFail;
     for (int songId : songIds) {
-      int rc =
-          AddPlaylistEntry(dest.man(), dest.batch(), playlistId, songId, destPrefix, srcPrefix);
+      int rc = AddPlaylistEntry(dest, playlistId, songId, destPrefix, srcPrefix);
       if (rc != kResultOk) return rc;
     }
+    if (!dest.Close()) return kResultCannotExecute;
   }
   return kResultOk;
 }
@@ -125,7 +123,10 @@ int FH_delete_plsong(const char* root, std::list<int>& psongIds) {
   for (int id : psongIds) {
     CatalogueSession session(root);
     if (!session.ok()) return kResultDbFail;
-    session.man().DeleteData("psong", "psong_id", std::to_string(id).c_str());
+    const std::string key = std::to_string(id);
+    const bool deleted =
+        session.Write([&] { return session.man().DeleteData("psong", "psong_id", key.c_str()); });
+    if (!deleted || !session.Close()) return kResultDbFail;
   }
   return kResultOk;
 }

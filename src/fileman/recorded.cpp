@@ -9,6 +9,7 @@
 
 #include "common/device_path.h"
 #include "common/process.h"
+#include "db/usb_catalogue.h"
 #include "fileman/catalogue_session.h"
 #include "fileman/now_text.h"
 #include "zansong/common/charset.h"
@@ -197,24 +198,24 @@ void FillSongInfo(const Destination& dest, const TSString& ext, SongInfo* info) 
 }
 
 // Enters the recording in the catalogue of dest.root: AddSong's result, or
-// kCatalogueFailed.
+// kCatalogueFailed when the catalogue cannot be opened or a row cannot be
+// written.
 int AddRecordingRow(const Destination& dest, const TSString& ext) {
   zansong::CatalogueSession session(dest.root.c_str(),
                                     zansong::CatalogueSession::FailureLine::kOpen);
   if (!session.ok()) return kCatalogueFailed;
   TDBSongMan& man = session.man();
   SongInfo info;
-  if (dest.usb) {
-    man.CreateAlbum(kUsbRecAlbumTitle, kUsbRecAlbumPath, "", dest.prefix);
-    info.albumPath = kUsbRecAlbumPath;
-  } else {
-    man.CreateAlbum(kInternalRecAlbum, kInternalRecAlbum, "", dest.prefix);
-    info.albumPath = kInternalRecAlbum;
-  }
+  const int album = dest.usb
+                        ? man.CreateAlbum(kUsbRecAlbumTitle, kUsbRecAlbumPath, "", dest.prefix)
+                        : man.CreateAlbum(kInternalRecAlbum, kInternalRecAlbum, "", dest.prefix);
+  if (album < 1) return kCatalogueFailed;
+  info.albumPath = dest.usb ? kUsbRecAlbumPath : kInternalRecAlbum;
   FillSongInfo(dest, ext, &info);
-  if (!dest.usb) man.DeleteSongByPath(info.midiPath, info.audioPath);
+  if (!dest.usb && !man.DeleteSongByPath(info.midiPath, info.audioPath)) return kCatalogueFailed;
   TSString now = zansong::NowText();
-  return man.AddSong(&info, now, dest.prefix);
+  const int id = session.Insert([&] { return man.AddSong(&info, now, dest.prefix); });
+  return session.Finish(id > 0 ? id : kCatalogueFailed, kCatalogueFailed);
 }
 
 }  // namespace
@@ -233,6 +234,7 @@ int FM_Add_RecSong(const char* dir, const char* recPath, char* pfixOut) {
   if (dest.usb) usbdb_copy(dest.root);
   const int result = AddRecordingRow(dest, ExtractFileExtSX(rec));
   pfixOut[0] = dest.prefix[0];
-  if (dest.usb) usbdb_backup(dest.root);
+  // A stick that keeps its old catalogue does not hold the recording's row.
+  if (dest.usb && !zansong::BackupUsbCatalogue(dest.root.c_str())) return kCatalogueFailed;
   return result;
 }

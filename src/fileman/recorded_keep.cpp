@@ -3,6 +3,7 @@
 
 #include "common/device_path.h"
 #include "common/process.h"
+#include "db/usb_catalogue.h"
 #include "fileman/catalogue_session.h"
 #include "zansong/common/tsstring.h"
 #include "zansong/db/dbman.h"
@@ -31,7 +32,9 @@ int FM_MoveToKeep(const char* dir, int song_id, const char* title) {
   if (result != kResultOk) return result;
   std::list<int> ids{song_id};
   result = FH_copy_song_usb(root.c_str(), ids, kKeepAlbum);
-  usbdb_backup(root);
+  // The stick keeps its old catalogue when the backup fails: the move is
+  // not on it.
+  if (!zansong::BackupUsbCatalogue(root.c_str()) && result == kResultOk) return kResultDbFail;
   return result;
 }
 

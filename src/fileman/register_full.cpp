@@ -10,6 +10,7 @@
 #include "zansong/db/dbsongman.h"
 #include "zansong/fileman/register.h"
 #include "zansong/formats/smf.h"
+#include "zansong/result_codes.h"
 #include "zansong/storage/files.h"
 #include "zansong/storage/scan.h"
 
@@ -73,13 +74,15 @@ extern "C" int FM_Add_AllSongs(const char* root, const char* folder) {
   for (const std::string& d : dirs) std::printf("dir: %s  \n", d.c_str());
   std::fflush(stdout);
 
+  // A catalogue that cannot be created or written is reported, as by the
+  // registration that compares with the song cache.
   zansong::CatalogueSession session(rootText.c_str());
-  if (!session.ok()) return 0;
+  if (!session.ok()) return kResultDbFail;
   TDBSongMan& man = session.man();
   for (const std::string& d : dirs) {
     TSString rel = TSString(d.c_str()).SubString(rootText.Length() + 1);
     TSString title = folderText.Length() == 0 ? rel : rel.SubString(folderText.Length() + 2);
-    man.CreateAlbum(title.c_str(), rel.c_str(), "", prefix.c_str());
+    if (man.CreateAlbum(title.c_str(), rel.c_str(), "", prefix.c_str()) < 0) return kResultDbFail;
   }
   int songId = man.GetMaxInt("song", "song_id") + 1;
   int order = man.GetMaxInt("song", "disp_order") + 1;
@@ -93,12 +96,14 @@ extern "C" int FM_Add_AllSongs(const char* root, const char* folder) {
       albumPath = info.albumPath;
     }
     TSString ctime("");
-    if (man.AddSong2(albumId, songId, order, &info, ctime, prefix.c_str())) {
-      ++songId;
-      ++order;
+    if (!session.Write(
+            [&] { return man.AddSong2(albumId, songId, order, &info, ctime, prefix.c_str()); })) {
+      return kResultDbFail;
     }
+    ++songId;
+    ++order;
   }
-  return 0;
+  return session.Finish(kResultOk, kResultDbFail);
 }
 
 extern "C" int FM_Add_Songs(const char* /*path*/, int /*n*/) { return 0; }

@@ -51,7 +51,9 @@ int RenameSong(TDBSongMan& man, const std::string& root, int id, const char* new
   std::string base;
   if (midi.present()) {
     if (SetSMFTitle(midi.path.c_str(), newTitle)) {
-      man.SetTextByID("song", "mtime", id, GetModifyTime(midi.path.c_str()).c_str());
+      if (!man.SetTextByID("song", "mtime", id, GetModifyTime(midi.path.c_str()).c_str())) {
+        return kResultRenameDbFail;
+      }
     } else {
       result = kResultRenameDbFail;
     }
@@ -63,7 +65,7 @@ int RenameSong(TDBSongMan& man, const std::string& root, int id, const char* new
   if (audio.present()) audio.renamed = RenamedPath(audio.path, base);
 
   // The title is written even when the MIDI file kept its old one.
-  man.SetTextByID("song", "song_title", id, newTitle);
+  if (!man.SetTextByID("song", "song_title", id, newTitle)) return kResultRenameDbFail;
   if (!renameFiles) return result;
   if (midi.present() && std::rename(midi.path.c_str(), midi.renamed.c_str()) != 0) {
     result = kResultRenameDbFail;
@@ -75,7 +77,13 @@ int RenameSong(TDBSongMan& man, const std::string& root, int id, const char* new
   // Both paths relative to the root, as stored.
   const std::string newMidi = midi.present() ? midi.renamed.substr(root.size()) : "";
   const std::string newAudio = audio.present() ? audio.renamed.substr(root.size()) : "";
-  man.SetSongPath(id, newMidi.c_str(), newAudio.c_str());
+  if (!man.SetSongPath(id, newMidi.c_str(), newAudio.c_str())) {
+    // The row keeps the old paths: the files go back under them, so that
+    // the song is not lost to the catalogue.
+    if (midi.present()) std::rename(midi.renamed.c_str(), midi.path.c_str());
+    if (audio.present()) std::rename(audio.renamed.c_str(), audio.path.c_str());
+    return kResultRenameDbFail;
+  }
   return kResultOk;
 }
 
@@ -88,14 +96,16 @@ int FH_rename(const char* root, int id, const char* newTitle, int kind, int rena
   const char* title = newTitle != nullptr ? newTitle : "";
   const std::string rootText = root;
   if (kind == kKindAlbum) {
-    man.SetTextByID("album", "album_title", id, title);
+    if (!man.SetTextByID("album", "album_title", id, title)) return kResultRenameDbFail;
     const std::string albumPath = man.GetTextByID("album", "album_path", id).c_str();
-    CreateAlbumTitleFile((rootText + albumPath + "/.zanalbum").c_str(), title);
-    return kResultOk;
+    // A title file that cannot be written is a failed file step.
+    return CreateAlbumTitleFile((rootText + albumPath + "/.zanalbum").c_str(), title)
+               ? kResultOk
+               : kResultRenameDbFail;
   }
   if (kind == kKindPlaylist) {
-    man.SetTextByID("playlist", "playlist_title", id, title);
-    return kResultOk;
+    return man.SetTextByID("playlist", "playlist_title", id, title) ? kResultOk
+                                                                    : kResultRenameDbFail;
   }
   return RenameSong(man, rootText, id, title, renameFiles != 0);
 }

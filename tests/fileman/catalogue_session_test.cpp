@@ -121,5 +121,45 @@ TEST_F(CatalogueSessionTest, CloseIsTrueWhenEveryCommitSucceeded) {
   EXPECT_EQ(1, Albums());
 }
 
+TEST_F(CatalogueSessionTest, InsertGivesTheKeyOfAWrittenRowAndZeroForAFailedOne) {
+  InstallCatalogueShim();
+  CatalogueSession session(Root().c_str());
+  ASSERT_TRUE(session.ok());
+  EXPECT_EQ(1, session.Insert([&] { return session.man().CreatePlaylist("P", "l"); }));
+  ASSERT_TRUE(session.Commit());
+  // An insert that fails: the manager still hands out the next key.
+  StdoutCapture out;
+  FaultArm full(FaultTarget::kCatalogue, 1);
+  EXPECT_EQ(0, session.Insert([&] { return session.man().CreatePlaylist("Q", "l"); }));
+  out.Finish();
+}
+
+TEST_F(CatalogueSessionTest, WriteIsFalseForAFailedStatement) {
+  CatalogueSession session(Root().c_str());
+  ASSERT_TRUE(session.ok());
+  StdoutCapture out;
+  EXPECT_TRUE(session.Write([&] { return session.man().DeleteData("album", "album_id", "1"); }));
+  EXPECT_FALSE(session.Write([&] { return session.man().DeleteData("nosuchtable", "id", "1"); }));
+  out.Finish();
+}
+
+TEST_F(CatalogueSessionTest, FinishGivesTheFailureCodeWhenTheLastCommitFails) {
+  InstallCatalogueShim();
+  {
+    CatalogueSession session(Root().c_str());
+    ASSERT_TRUE(session.ok());
+    EXPECT_NE(0, session.Insert([&] { return session.man().CreatePlaylist("P", "l"); }));
+    EXPECT_EQ(7, session.Finish(7, -26));
+  }
+  CatalogueSession session(Root().c_str());
+  ASSERT_TRUE(session.ok());
+  session.batch().BeforeWrite();
+  ASSERT_EQ(1, session.man().CreateAlbum("A", "A", "", "s"));
+  StdoutCapture out;
+  FaultArm full(FaultTarget::kCatalogue, 1);
+  EXPECT_EQ(-26, session.Finish(7, -26));
+  out.Finish();
+}
+
 }  // namespace
 }  // namespace zansong_test

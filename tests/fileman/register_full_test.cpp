@@ -7,6 +7,7 @@
 #include "support/device_image.h"
 #include "support/stdout_capture.h"
 #include "zansong/fileman/register.h"
+#include "zansong/result_codes.h"
 
 namespace zansong_test {
 namespace {
@@ -24,6 +25,12 @@ TEST_F(DeviceTest, FullScanListsNothingAndReturnsZero) {
   EXPECT_EQ(0, QueryInt(songDb, "SELECT COUNT(*) FROM album"));
   FM_Add_Songs(root.c_str(), 1);  // a stub: nothing happens
   EXPECT_EQ(0, QueryInt(songDb, "SELECT COUNT(*) FROM song"));
+}
+
+TEST_F(DeviceTest, FullScanOfAStorageWhoseCatalogueCannotBeMadeGivesTheCatalogueFailure) {
+  StdoutCapture capture;
+  EXPECT_EQ(kResultDbFail, FM_Add_AllSongs(image_.Path("/no/such/root/").c_str(), ""));
+  capture.Finish();
 }
 
 }  // namespace

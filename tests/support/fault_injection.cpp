@@ -246,6 +246,18 @@ extern "C" ssize_t write(int fd, const void* buf, size_t n) {
   return real(fd, buf, n);
 }
 
+extern "C" ssize_t copy_file_range(int in, off64_t* inOffset, int out, off64_t* outOffset, size_t n,
+                                   unsigned int flags) {
+  static auto real =
+      zansong_test::Next<ssize_t (*)(int, off64_t*, int, off64_t*, size_t, unsigned int)>(
+          "copy_file_range");
+  if (zansong_test::NextCallFails(zansong_test::g_files)) {
+    errno = ENOSPC;
+    return -1;
+  }
+  return real(in, inOffset, out, outOffset, n, flags);
+}
+
 extern "C" int fsync(int fd) {
   static auto real = zansong_test::Next<int (*)(int)>("fsync");
   if (zansong_test::NextCallFails(zansong_test::g_files)) {

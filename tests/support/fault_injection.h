@@ -9,9 +9,10 @@
 //    nothing), so connections opened afterwards go through it.  A failed
 //    xWrite returns SQLITE_FULL, a failed xSync SQLITE_IOERR_FSYNC, a failed
 //    xTruncate SQLITE_IOERR_TRUNCATE.
-//  - FaultTarget::kFiles: the library's own write(), fsync() and rename()
-//    calls (file copies), which this test support defines and forwards to
-//    the C library.  A failed write sets ENOSPC, fsync EIO, rename EIO.
+//  - FaultTarget::kFiles: the library's own write(), copy_file_range(),
+//    fsync() and rename() calls (file copies), which this test support
+//    defines and forwards to the C library.  A failed write or
+//    copy_file_range sets ENOSPC, fsync EIO, rename EIO.
 //
 // FaultArm arm(target, failAt) counts the target's calls from now on and
 // makes call number failAt (from 1) fail, and every later one too, as a
