@@ -7,6 +7,7 @@
 #include <string>
 
 #include "common/process.h"
+#include "common/upper_extension.h"
 #include "db/usb_catalogue.h"
 #include "fileman/catalogue_session.h"
 #include "fileman/download_record.h"
@@ -35,12 +36,6 @@ constexpr char kSingleSongsPath[] = "Downloaded Songs/Single Songs";
 constexpr char kCoverName[] = "/zanalbum.jpg";
 constexpr char kTitleFileName[] = "/.zanalbum";
 
-TSString UpperExtension(const TSString& path) {
-  TSString ext = ExtractFileExtSX(path);
-  ext.UpperCase();
-  return ext;
-}
-
 // An album directory is one plain name inside "Downloaded Songs": no "/",
 // not "." or "..", and no control byte (which would also break the
 // tab-separated song cache lines of registration).
@@ -60,9 +55,9 @@ int CheckRecord(const DownloadTexts& r) {
   const bool audio = r.audioSource.Length() > 0;
   if (!midi && !audio) return kResultNoData;
   if (!IsPlainDirName(r.albumDir)) return kResultCannotExecute;
-  if (midi && UpperExtension(r.midiSource) != ".MID") return kResultCannotExecute;
+  if (midi && zansong::UpperExtension(r.midiSource) != ".MID") return kResultCannotExecute;
   if (audio) {
-    TSString ext = UpperExtension(r.audioSource);
+    TSString ext = zansong::UpperExtension(r.audioSource);
     if (ext != ".WAV" && ext != ".MP3") return kResultCannotExecute;
   }
   if (midi && !FileExists(r.midiSource.c_str())) return kResultNoFile;
@@ -100,7 +95,7 @@ SongFiles NameSongFiles(const DownloadTexts& r, const TSString& albumPath) {
   }
   if (r.audioSource.Length() > 0) {
     f.audioPath = albumPath + "/" + f.base + ExtractFileExtSX(r.audioSource);
-    TSString ext = UpperExtension(r.audioSource).SubString(2);
+    TSString ext = zansong::UpperExtension(r.audioSource).SubString(2);
     f.format = f.format.Length() == 0 ? ext : TSString("SMF,") + ext;
   }
   return f;

@@ -3,6 +3,7 @@
 #include <list>
 #include <string>
 
+#include "common/upper_extension.h"
 #include "fileman/catalogue_session.h"
 #include "zansong/common/charset.h"
 #include "zansong/common/path.h"
@@ -16,16 +17,10 @@
 
 namespace {
 
-TSString UpperExtension(const TSString& path) {
-  TSString ext = ExtractFileExtSX(path);
-  ext.UpperCase();
-  return ext;
-}
-
 // Fills info for one listed file; false when the file is no song of its
 // own (not a song file, or an audio file beside a MIDI file).
 bool ClassifyFile(const TSString& root, const TSString& path, SongInfo* info) {
-  const TSString ext = UpperExtension(path);
+  const TSString ext = zansong::UpperExtension(path);
   const TSString rel = path.SubString(root.Length() + 1);
   if (ext == ".MID") {
     info->midiPath = rel;

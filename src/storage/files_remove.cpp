@@ -8,6 +8,7 @@
 
 #include "common/handles.h"
 #include "common/process.h"
+#include "common/upper_extension.h"
 #include "zansong/common/file_util.h"
 #include "zansong/common/path.h"
 #include "zansong/storage/files.h"
@@ -23,13 +24,6 @@ bool CreateEmptyFile(const char* path) {
 bool PathPresent(const std::string& path) {
   struct stat st;
   return ::lstat(path.c_str(), &st) == 0;
-}
-
-// The upper-cased extension of path, dot included.
-TSString UpperExtension(const std::string& path) {
-  TSString ext = ExtractFileExtSX(path.c_str());
-  ext.UpperCase();
-  return ext;
 }
 
 bool IsSongExtension(const TSString& ext) {
@@ -93,7 +87,7 @@ int RemoveDirTree(char* dir, bool removeSelf, bool recurse, bool withJpg) {
         return true;
       }
 
-      TSString ext = UpperExtension(path);
+      TSString ext = zansong::UpperExtension(path.c_str());
       if (IsSongExtension(ext)) {
         if (!DeleteFile(path.c_str())) result = PathPresent(path) ? -3 : -2;
         if (withJpg) DeleteFile(ChangeFileExtSX(path.c_str(), ".jpg").c_str());

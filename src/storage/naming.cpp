@@ -13,6 +13,7 @@
 #include <ctime>
 
 #include "common/handles.h"
+#include "common/upper_extension.h"
 #include "storage/enterable_dir.h"
 #include "zansong/common/path.h"
 #include "zansong/storage/files.h"
@@ -55,12 +56,6 @@ TSString FormatExtension(const TSString& format) {
   if (std::strncmp(format.c_str(), "SMF", 3) == 0) return ".MID";
   if (format == "PSPG") return ".PSPG";
   return ".MID";
-}
-
-TSString UpperExtension(const TSString& name) {
-  TSString ext = ExtractFileExtSX(name);
-  ext.UpperCase();
-  return ext;
 }
 
 }  // namespace
@@ -249,7 +244,7 @@ int GetCopyFileNames(const TSString& srcDir, const TSString& dstDir, const TSStr
                      TSString& srcAudio, TSString& dstName, TSString& dstAudio,
                      const TSString& format) {
   const TSString ext = FormatExtension(format);
-  const TSString srcExt = UpperExtension(srcName);
+  const TSString srcExt = zansong::UpperExtension(srcName);
   if (srcExt == ext || (format == "KTVA" && srcExt == ".EVT")) {
     dstName = srcName;
   } else {

@@ -4,20 +4,17 @@
 #include <string>
 #include <string_view>
 
+#include "common/upper_extension.h"
 #include "zansong/common/path.h"
 #include "zansong/storage/files.h"
 #include "zansong/storage/scan.h"
 
 namespace {
 
-TSString UpperExtension(const TSString& path) {
-  TSString ext = ExtractFileExtSX(path);
-  ext.UpperCase();
-  return ext;
-}
-
 // The kind of an audio-only song: its upper-cased extension without the dot.
-TSString AudioKind(const TSString& audioPath) { return UpperExtension(audioPath).SubString(2); }
+TSString AudioKind(const TSString& audioPath) {
+  return zansong::UpperExtension(audioPath).SubString(2);
+}
 
 // path from the 1-based position start on, as TSString::SubString(start).
 std::string_view Relative(std::string_view path, int start) {
@@ -44,7 +41,7 @@ std::string SongCacheLine(std::string_view midiPath, std::string_view audioPath,
   } else if (audioPath.empty()) {
     kind = "SMF";
   } else {
-    TSString ext = UpperExtension(TSString(std::string(audioPath).c_str()));
+    TSString ext = zansong::UpperExtension(TSString(std::string(audioPath).c_str()));
     if (ext == ".WAV") kind = "SMF,WAV";
     if (ext == ".MP3") kind = "SMF,MP3";
   }
@@ -68,7 +65,7 @@ bool IsCacheableName(const char* name) {
 }  // namespace zansong
 
 TSString GetSongCache(TSString path, int start) {
-  const TSString ext = UpperExtension(path);
+  const TSString ext = zansong::UpperExtension(path);
   TSString midi, audio, kind;
   if (ext == ".MID") {
     midi = path.SubString(start);
