@@ -105,6 +105,16 @@ class ScopedFile {
   ~ScopedFile() { Close(); }
   ScopedFile(const ScopedFile&) = delete;
   ScopedFile& operator=(const ScopedFile&) = delete;
+  // Moving hands the stream over; the moved-from handle owns nothing.
+  ScopedFile(ScopedFile&& other) noexcept : file_(other.file_) { other.file_ = nullptr; }
+  ScopedFile& operator=(ScopedFile&& other) noexcept {
+    if (this != &other) {
+      Close();
+      file_ = other.file_;
+      other.file_ = nullptr;
+    }
+    return *this;
+  }
 
   bool valid() const { return file_ != nullptr; }
   FILE* get() const { return file_; }

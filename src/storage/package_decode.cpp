@@ -46,9 +46,9 @@ bool IsLinkIn(int dirFd, const std::string& name) {
 
 }  // namespace
 
-FILE* CreateBase64File(const TSString& packageDir, const TSString& name, TSString* output) {
+ScopedFile CreateBase64File(const TSString& packageDir, const TSString& name, TSString* output) {
   *output = TSString();
-  if (!IsSafePackageFileName(name)) return nullptr;
+  if (!IsSafePackageFileName(name)) return ScopedFile(nullptr);
   FileDescriptor dir(::open(packageDir.Length() > 0 ? packageDir.c_str() : "/",
                             O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   // Each directory below the package's own is entered without following a
@@ -60,15 +60,15 @@ FILE* CreateBase64File(const TSString& packageDir, const TSString& name, TSStrin
                                   O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     rest.erase(0, slash + 1);
   }
-  if (!dir.valid()) return nullptr;
+  if (!dir.valid()) return ScopedFile(nullptr);
   for (const char* suffix : {"", ".b64", ".bak"}) {
-    if (IsLinkIn(dir.get(), rest + suffix)) return nullptr;
+    if (IsLinkIn(dir.get(), rest + suffix)) return ScopedFile(nullptr);
   }
   FileDescriptor fd(::openat(dir.get(), (rest + ".b64").c_str(),
                              O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0666));
-  if (!fd.valid()) return nullptr;
-  FILE* stream = ::fdopen(fd.get(), "wb");
-  if (stream == nullptr) return nullptr;
+  if (!fd.valid()) return ScopedFile(nullptr);
+  ScopedFile stream(::fdopen(fd.get(), "wb"));
+  if (!stream.valid()) return ScopedFile(nullptr);
   fd.release();
   *output = packageDir + "/" + name;
   return stream;

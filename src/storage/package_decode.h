@@ -2,8 +2,7 @@
 #ifndef ZANSONG_STORAGE_PACKAGE_DECODE_H_
 #define ZANSONG_STORAGE_PACKAGE_DECODE_H_
 
-#include <cstdio>
-
+#include "common/handles.h"
 #include "zansong/common/tsstring.h"
 
 namespace zansong {
@@ -20,8 +19,8 @@ bool IsSafePackageFileName(const TSString& name);
 // a safe file name (above), when a directory on the way from packageDir is
 // missing or a symbolic link, or when the output, its ".b64" or its ".bak"
 // file is a symbolic link: a link planted in the download folder is never
-// followed out of it.  The caller closes the stream.
-FILE* CreateBase64File(const TSString& packageDir, const TSString& name, TSString* output);
+// followed out of it.  The stream closes with the returned handle.
+ScopedFile CreateBase64File(const TSString& packageDir, const TSString& name, TSString* output);
 
 // Decodes output + ".b64" into output with the openssl program.  An earlier
 // file named output is moved to output + ".bak" first and, when the decode

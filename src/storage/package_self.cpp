@@ -63,17 +63,15 @@ class LineDecoder {
   // Closes the ".b64" file; false when the close failed (the file is then
   // removed and the decode has failed).
   bool CloseBase64() {
-    if (base64_ == nullptr) return true;
-    bool ok = std::fclose(base64_) == 0;
-    base64_ = nullptr;
+    if (!base64_.valid()) return true;
+    bool ok = base64_.Close() == 0;
     if (!ok) Fail();
     return ok;
   }
 
   // Removes the ".b64" file (after a failure, or once decoded).
   void Discard() {
-    if (base64_ != nullptr) std::fclose(base64_);
-    base64_ = nullptr;
+    base64_.Close();
     if (output_.Length() > 0) ::unlink((output_ + ".b64").c_str());
   }
 
@@ -89,7 +87,7 @@ class LineDecoder {
     name = ExtractFileNameSX(name);
     if (name.Length() == 0) return state_ = State::kFailed;
     base64_ = zansong::CreateBase64File(packageDir_, name, &output_);
-    if (base64_ == nullptr) return state_ = State::kFailed;
+    if (!base64_.valid()) return state_ = State::kFailed;
     TSString afterName = rest.SubString(quote + 1);
     int end = afterName.AnsiPos(">");
     if (end == 0) return state_ = State::kTagEnd;
@@ -108,7 +106,7 @@ class LineDecoder {
     }
     text.Trim();
     if (text.Length() == 0) return;
-    if (std::fwrite(text.c_str(), 1, text.Length(), base64_) !=
+    if (std::fwrite(text.c_str(), 1, text.Length(), base64_.get()) !=
         static_cast<size_t>(text.Length())) {
       Fail();
     }
@@ -121,7 +119,7 @@ class LineDecoder {
 
   TSString packageDir_;
   TSString output_;
-  FILE* base64_ = nullptr;
+  zansong::ScopedFile base64_{nullptr};
   State state_ = State::kRoot;
 };
 

@@ -36,14 +36,13 @@ struct PackageState {
 
   // Closes the ".b64" file when it is open, noting a failed close.
   void CloseBase64() {
-    if (base64 != nullptr && std::fclose(base64) != 0) writeFailed = true;
-    base64 = nullptr;
+    if (base64.Close() != 0) writeFailed = true;
   }
 
   TSString packageDir;
   TSString output;  // "" until a usable "filename" attribute is seen
   std::string ackurl;
-  FILE* base64 = nullptr;  // output + ".b64" while the "file" element is open
+  zansong::ScopedFile base64{nullptr};  // output + ".b64" while the "file" element is open
   bool writeFailed = false;
   bool refused = false;  // an output that would leave the directory, or no ".b64"
 };
@@ -62,7 +61,7 @@ void XMLCALL OnStart(void* data, const XML_Char* name, const XML_Char** attribut
     if (strcasecmp(key, "filename") == 0) {
       state.CloseBase64();
       state.base64 = zansong::CreateBase64File(state.packageDir, TSString(value), &state.output);
-      if (state.base64 == nullptr) state.refused = true;
+      if (!state.base64.valid()) state.refused = true;
     } else if (strcasecmp(key, "ackurl") == 0) {
       state.ackurl = value;
     }
@@ -78,9 +77,10 @@ void XMLCALL OnEnd(void* data, const XML_Char* name) {
 // the base64 alphabet of it goes to the ".b64" file while it is open.
 void XMLCALL OnText(void* data, const XML_Char* text, int length) {
   PackageState& state = *static_cast<PackageState*>(data);
-  if (state.base64 == nullptr) return;
+  if (!state.base64.valid()) return;
   for (int i = 0; i < length; ++i) {
-    if (IsBase64Byte(text[i]) && std::fputc(text[i], state.base64) == EOF) state.writeFailed = true;
+    if (IsBase64Byte(text[i]) && std::fputc(text[i], state.base64.get()) == EOF)
+      state.writeFailed = true;
   }
 }
 
