@@ -12,7 +12,7 @@
 #include "fileman/register_test_helpers.h"
 #include "support/catalogue_fixture.h"
 #include "support/device_image.h"
-#include "tools/zanfm/zanfm_runner.h"
+#include "tools/zanfm/zanfm_run.h"
 
 namespace zansong_test {
 namespace {
@@ -34,9 +34,7 @@ class ZanfmTargetListTest : public DeviceTest {
     ASSERT_EQ(0, Zanfm("playlist add 1 " + Id("A/a.mid") + " " + Id("A/b.mid"))) << out_;
   }
 
-  int Zanfm(const std::string& args) {
-    return RunCommand(ZanfmProgram() + " --root '" + image_.root() + "' " + args, &out_);
-  }
+  int Zanfm(const std::string& args) { return RunZanfm(image_, args, &out_); }
   bool Said(const std::string& text) const { return out_.find(text) != std::string::npos; }
   std::string Db() const { return root_ + ".zansong.db"; }
   int Int(const std::string& sql) { return IntOn(Db(), sql); }
