@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "common/handles.h"
-#include "zansong/common/path.h"
+#include "common/upper_extension.h"
 #include "zansong/formats/audio.h"
 
 namespace {
@@ -73,8 +73,7 @@ int TWaveData::SaveToFile(TSString /*path*/) { return 0; }
 
 uint32_t GetAudioTime(const char* path) {
   if (path == nullptr) return 0;
-  TSString ext = ExtractFileExtSX(path);
-  ext.UpperCase();
+  const TSString ext = zansong::UpperExtension(path);
   if (ext == ".MP3") return 0;
   if (ext != ".WAV") return 0;
   TWaveData wave;
